@@ -1,0 +1,119 @@
+// Edit: an open edit. Channels (video and audio, with subtypes, names and stereo groups) each
+// carry a Cel time line; effect graphs are nodes linked by their inputs; the object store keeps
+// Taggable objects by key and is saved with the edit.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/Cel.h"
+#include "host/Cookie.h"
+#include "host/EditModule.h"
+#include "host/EditPtr.h"
+#include "host/EditTypes.h"
+#include "host/TagBag.h"
+#include "host/Vector.h"
+
+class EffectInstance_opu4h5a4j;
+
+struct EditChannel {
+    IdStamp id;
+    EditChanType type = kVideoChan;
+    unsigned subtype = 1; // a bit: 1, 2, 4 or 8
+    WString name;
+    IdStamp stereoGroup;  // audio channels of one group share it; invalid if none
+    Zk::Ptr<Cel> cel;
+};
+
+struct EditMaterial {
+    Cookie cookie;
+    WString name;
+    String source = "bars"; // "bars", "ramp", "grid", "noise", "tone" or "image"
+    String file;            // for "image"
+};
+
+class Edit : public iObject {
+public:
+    Edit();
+    ~Edit() override;
+
+    // --- what the graph logic asks -------------------------------------------------------------
+    void getChans(std::vector<IdStamp>& out, unsigned type, unsigned subtypeMask) const;
+    void getChans(Vector<int>& out, unsigned type, unsigned subtypeMask) const;
+    double getStartTime() const { return start_; }
+    double getEndTime() const { return end_; }
+    // The number of a channel, -1 if it is not in this edit.
+    int getIdx(const IdStamp& chan) const;
+    Zk::Ptr<Cel> get_edit_cel_p(int chan) const;
+    EditChanType getChanType(int chan) const;
+    unsigned getChanSubtype(int chan) const;
+    WString getChanDisplayName(int chan) const;
+    // Records a change; `announce` true passes it on to whoever publishes the edit's changes.
+    void addModification(const EditModifications& mods, bool announce);
+    bool hasStereoscopicVideo() const { return stereoscopic_; }
+
+    // The store of Taggable objects by key, saved with the edit.
+    Zk::Ptr<Taggable> openObjectInternal(const String& key) const;
+    void bindObjectToEdit(Zk::Ptr<Taggable> obj, const String& key);
+    const std::map<std::string, Zk::Ptr<Taggable>>& objects() const { return objects_; }
+    void clearObjects() { objects_.clear(); }
+    TagBag& tagBag() { return tagBag_; }
+    const TagBag& tagBag() const { return tagBag_; }
+
+    // --- the model, for the host's own code ----------------------------------------------------
+    const Cookie& cookie() const { return cookie_; }
+    void setCookie(const Cookie& c) { cookie_ = c; }
+    const WString& name() const { return name_; }
+    void setName(const WString& n) { name_ = n; }
+    void setTimes(double start, double end) {
+        start_ = start;
+        end_ = end;
+    }
+    void setStereoscopic(bool s) { stereoscopic_ = s; }
+
+    int numChans() const { return static_cast<int>(chans_.size()); }
+    const EditChannel& chan(int i) const { return chans_[static_cast<size_t>(i)]; }
+    EditChannel& chan(int i) { return chans_[static_cast<size_t>(i)]; }
+    int addChannel(EditChannel c);
+
+    // Every node of the edit's graphs, by id.
+    Zk::Ptr<FXGraphNodeBase> findNode(const IdStamp& id) const;
+    void addNode(Zk::Ptr<FXGraphNodeBase> node);
+    void removeNode(const IdStamp& id);
+    const std::map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampLess>& nodes() const { return nodes_; }
+    // A fresh id for a new node or channel.
+    IdStamp newId();
+
+    std::vector<EditMaterial>& materials() { return materials_; }
+    const std::vector<EditMaterial>& materials() const { return materials_; }
+    const EditMaterial* findMaterial(const Cookie& c) const;
+
+    // The content of channel `chan` at `time`: its event index, or -1 for black.
+    int eventAt(int chan, double time) const;
+    // Changes recorded with announce true since the last take.
+    EditModifications takeAnnouncedModifications();
+    const EditModifications& pendingModifications() const { return announced_; }
+    // A counter raised by every recorded change.
+    unsigned changeCount() const { return changeCount_; }
+
+    // Copies the whole state of another edit: channels, nodes (deep), materials and objects.
+    // Used by undo to restore a snapshot; node objects are copied so that the snapshot stays
+    // apart from later changes.
+    void copyStateFrom(const Edit& other);
+
+private:
+    Cookie cookie_;
+    WString name_;
+    double start_ = 0.0;
+    double end_ = 0.0;
+    bool stereoscopic_ = false;
+    std::vector<EditChannel> chans_;
+    std::map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampLess> nodes_;
+    std::vector<EditMaterial> materials_;
+    std::map<std::string, Zk::Ptr<Taggable>> objects_;
+    TagBag tagBag_;
+    EditModifications announced_;
+    unsigned changeCount_ = 0;
+    uint32_t nextId_ = 1;
+};

@@ -1,0 +1,86 @@
+// EditGraphIterator: a walk over the effect graph of one edit at one time, held as a path from a
+// channel's root node; it stands on the node at index depth(). It does not guard against cycles
+// or nodes reached twice: a path may hold one node more than once.
+//
+// The option word: bit 0 (1) makes `search` look from the top of every channel of the edit and
+// among orphaned components, not only below the path's root; bit 1 (2) climbs from the
+// channel's own root to the primary node, the root of the graph that takes the channel in
+// through a track input (repeatedly); bit 3 (8) marks an iterator made for a known node.
+// The values in use: 9 (a walk from a known node), 10 (the primary node over channel 0),
+// 2 (the primary node of one channel), 1 (a search from the top), 0 (a plain walk).
+#pragma once
+
+#include <vector>
+
+#include "host/CelEventPair.h"
+#include "host/EditPtr.h"
+#include "host/EditTypes.h"
+#include "host/FXGraphNodeBase.h"
+#include "host/Vector.h"
+
+class EditGraphIteratorState {
+public:
+    EditPtr edit;
+    std::vector<IdStamp> path; // node ids from the root
+    IdStamp rootChan;
+    double time = 0.0;
+    int options = 0;
+};
+
+class EditGraphIterator {
+public:
+    enum eSearchType { searchBelowRoot = 0, searchWholeEdit = 1 };
+    enum eOptions { optSearchFromTop = 1, optPrimary = 2, optFromNode = 8 };
+
+    explicit EditGraphIterator(int options = 0);
+    EditGraphIterator(const EditPtr& edit, int chanIndex, const double& time, int options);
+    EditGraphIterator(const EditPtr& edit, const IdStamp& chan, const double& time, int options);
+
+    bool isValid() const { return !path_.empty(); }
+    int depth() const { return static_cast<int>(path_.size()) - 1; }
+    Zk::Ptr<FXGraphNodeBase> getNode(int index) const;
+    IdStamp getNodeId(int index) const;
+    // -1 the current entry, -2 the one before; a missing entry gives the invalid id and -1.
+    IdStamp getChanId(int index) const;
+    int getChanIndex(int index) const;
+    int getParentInputNum() const;
+
+    bool moveToInput(unsigned input);
+    bool moveBack();
+    bool search(const FXGraphNodeBase* node);
+    bool search(const IdStamp& id, eSearchType type = searchBelowRoot);
+    void findAllComponents(Vector<Zk::Ptr<FXGraphNodeBase>>& out) const;
+
+    const double& getTime() const { return time_; }
+    const EditPtr& getEditH() const { return edit_; }
+    EditPtr getCurrentPosEdit() const { return edit_; }
+    NumRange<double, Ordered> getRange(int index, CelEventPair::eRangeType type) const;
+    // This edit model has no compound effects: no path entry opens a nested edit.
+    bool isCompoundEffectHead() const { return false; }
+    bool moveBackToCompoundEffect() { return false; }
+    CelEventPair getUTRHandle(int index) const;
+    void setTraverseGhosts(bool t) { traverseGhosts_ = t; }
+    int options() const { return options_; }
+
+    EditGraphIteratorState getState() const;
+    bool operator==(const EditGraphIterator& o) const;
+
+private:
+    struct Entry {
+        Zk::Ptr<FXGraphNodeBase> node;
+        int chan = -1;
+        int parentInput = 0;
+    };
+    friend class FXEditor;
+
+    int entryIndex(int index) const;
+    bool startAtChannel(int chanIndex);
+    bool searchFrom(const Entry& root, const FXGraphNodeBase* node, const IdStamp* id);
+    bool resolveInput(const Entry& at, unsigned input, Entry& out) const;
+
+    EditPtr edit_;
+    double time_ = 0.0;
+    int options_ = 0;
+    bool traverseGhosts_ = false;
+    std::vector<Entry> path_;
+};

@@ -1,0 +1,42 @@
+// EffectInstance_opu4h5a4j: any effect of a graph. Its kind is the tag type id; it can be
+// switched off; it has named numeric parameters; some of its inputs are track inputs.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "host/FXGraphNodeBase.h"
+
+class EffectInstance_opu4h5a4j : public FXGraphNodeBase {
+public:
+    explicit EffectInstance_opu4h5a4j(const IdStamp& id) : FXGraphNodeBase(id) {}
+
+    bool isEnabled() const { return enabled_; }
+    void setEnabled(bool e) {
+        enabled_ = e;
+        noteChanged();
+    }
+
+    // The number of track inputs, and the channel feeding track input k (invalid if none).
+    // Track inputs are the inputs marked as such, counted in input order.
+    uint16_t getNumTrackInputs() const;
+    IdStamp getInputTrackId(uint16_t k) const;
+
+    double param(const std::string& name, double fallback = 0.0) const {
+        auto it = params_.find(name);
+        return it == params_.end() ? fallback : it->second;
+    }
+    void setParam(const std::string& name, double v) {
+        params_[name] = v;
+        noteChanged();
+    }
+    const std::map<std::string, double>& params() const { return params_; }
+
+    // A transition stands between two cels of a channel; its inputs are the outgoing and the
+    // incoming material.
+    bool isTransition() const { return tagTypeId().startsWith("Transition:"); }
+
+private:
+    bool enabled_ = true;
+    std::map<std::string, double> params_;
+};

@@ -1,0 +1,51 @@
+// FXEditor: makes changes to an edit's effect graphs, with the host's rules: no cycle, no input
+// out of range, no node of the wrong channel type.
+#pragma once
+
+#include <vector>
+
+#include "host/EditGraphIterator.h"
+#include "host/EditModule.h"
+#include "host/EditTypes.h"
+
+class FXEditor {
+public:
+    // The result of an edit: where it happened and what changed.
+    struct RC {
+        EditGraphIterator iterator{0};
+        EditModifications mods;
+        bool ok = false;
+    };
+
+    explicit FXEditor(const EditPtr& edit);
+    explicit FXEditor(const EditModule& module);
+    FXEditor(const EditPtr& edit, const EditModule& module, int chanIndex);
+
+    static EditGraphIterator getIteratorFor(const EditPtr& edit, const IdStamp& id, double time, int options);
+    static EditGraphIterator getIteratorFor(const EditPtr& edit, const FXGraphNodeBase* node, double time,
+                                            int options);
+    static EditGraphIterator getIteratorFor(const EditGraphIteratorState& state);
+    // Appends the ids of the nodes that no channel's graph reaches: the tops of detached
+    // subgraphs, each once, in id order.
+    static void findOrphanedComponents(EditPtr edit, double time, std::vector<IdStamp>& out);
+    // Removes the node the iterator stands on. Its parents' links to it open; a root node of a
+    // channel's event gives its place to the node on its input 0, or leaves the event black.
+    // Material nodes stand for the cel itself and are not removed. Announces with `announce`.
+    static bool destroyNode(EditGraphIterator& it, bool announce);
+
+    bool canConnectNodes(const EditGraphIterator& to, size_t input, const EditGraphIterator& from) const;
+    bool connectNodes(EditGraphIterator& to, int input, const EditGraphIterator& from, bool announce);
+    bool disconnectNodes(EditGraphIterator& to, int input, bool announce);
+    // Rotates the links of a node's inputs by one place: input i takes what input i+1 had.
+    bool cycleInputs(EditGraphIterator& it, bool announce);
+
+    const EditPtr& edit() const { return edit_; }
+
+private:
+    EditPtr edit_;
+    EditModule module_;
+    int chanIndex_ = -1;
+};
+
+// Appends the channels of that type that have a graph (any content that is not black) at `time`.
+void findAllRootNodeChans(const EditPtr& edit, double time, std::vector<IdStamp>& out, EditChanType type);

@@ -1,0 +1,54 @@
+// FXGraphNodeBase: the base of everything in an effect graph. A node has an id, a name, the
+// channel type it carries, and a list of inputs; an input is open, linked to another node, or
+// fed by a track (a channel of the edit, resolved at the walk's time).
+#pragma once
+
+#include <vector>
+
+#include "host/EditTypes.h"
+#include "host/IdStamp.h"
+#include "host/Taggable.h"
+
+class FXGraphNodeBase : public Taggable {
+public:
+    struct Input {
+        Zk::Ptr<FXGraphNodeBase> node; // a direct link, or null
+        IdStamp track;                 // the channel feeding a track input, or invalid
+        bool isTrack = false;          // this input is one of the node's track inputs
+        bool ghost = false;            // entered only by walks that traverse ghosts
+    };
+
+    explicit FXGraphNodeBase(const IdStamp& id) : id_(id) {}
+    ~FXGraphNodeBase() override = default;
+
+    const IdStamp& getId() const { return id_; }
+    virtual unsigned getNumInputs() const { return static_cast<unsigned>(inputs_.size()); }
+
+    const WString& getName() const { return name_; }
+    void setName(const WString& n) { name_ = n; }
+    EditChanType chanType() const { return chanType_; }
+    void setChanType(EditChanType t) { chanType_ = t; }
+
+    // The model's view of the inputs, for the host's own editing.
+    const Input& input(unsigned i) const { return inputs_[i]; }
+    Input& input(unsigned i) { return inputs_[i]; }
+    void setNumInputs(unsigned n) { inputs_.resize(n); }
+    std::vector<Input>& inputs() { return inputs_; }
+    const std::vector<Input>& inputs() const { return inputs_; }
+
+    // Change counter, raised by every change of the node; stills and thumbnails key on it.
+    unsigned changeCount() const { return changes_; }
+    void noteChanged() { ++changes_; }
+
+protected:
+    std::vector<Input> inputs_;
+
+private:
+    IdStamp id_;
+    WString name_;
+    EditChanType chanType_ = kVideoChan;
+    unsigned changes_ = 0;
+};
+
+// True if the node is a bare source clip.
+bool isPlainMaterial(FXGraphNodeBase* node);

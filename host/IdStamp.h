@@ -1,0 +1,52 @@
+// IdStamp: the identity of a graph node, a channel or a group: three 32-bit words, totally ordered.
+// Its text form is the three words in decimal joined by dots, "17.0.3".
+#pragma once
+
+#include <cstdint>
+
+#include "host/LightweightString.h"
+
+class PStream;
+
+class IdStamp {
+public:
+    IdStamp() = default;
+    IdStamp(uint32_t a, uint32_t b, uint32_t c) : a_(a), b_(b), c_(c) {}
+    // Parses the text form; anything else gives the invalid stamp.
+    explicit IdStamp(const char* text);
+
+    bool operator==(const IdStamp& o) const { return a_ == o.a_ && b_ == o.b_ && c_ == o.c_; }
+    bool operator!=(const IdStamp& o) const { return !(*this == o); }
+    bool operator<(const IdStamp& o) const { return compare(o) < 0; }
+    int compare(const IdStamp& o) const {
+        if (a_ != o.a_)
+            return a_ < o.a_ ? -1 : 1;
+        if (b_ != o.b_)
+            return b_ < o.b_ ? -1 : 1;
+        if (c_ != o.c_)
+            return c_ < o.c_ ? -1 : 1;
+        return 0;
+    }
+    // The zero stamp is the one invalid stamp.
+    bool valid() const { return a_ != 0 || b_ != 0 || c_ != 0; }
+    String asString() const;
+
+    // Twelve bytes, little-endian words in order. unpack reads the layout of the given stamp
+    // version: 2 (and later) is the twelve-byte form; version 1 held two 16-bit words and a
+    // 32-bit word.
+    void pack(PStream& s) const;
+    void unpack(PStream& s, int stampVersion);
+
+    uint32_t a() const { return a_; }
+    uint32_t b() const { return b_; }
+    uint32_t c() const { return c_; }
+
+private:
+    uint32_t a_ = 0;
+    uint32_t b_ = 0;
+    uint32_t c_ = 0;
+};
+
+struct IdStampLess {
+    bool operator()(const IdStamp& l, const IdStamp& r) const { return l.compare(r) < 0; }
+};

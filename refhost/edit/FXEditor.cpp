@@ -1,0 +1,225 @@
+// Changes to effect graphs, with the reference host's refusal rules.
+#include "host/FXEditor.h"
+
+#include <set>
+
+#include "host/Edit.h"
+#include "host/EffectInstance_opu4h5a4j.h"
+#include "host/MaterialUsageNode.h"
+
+namespace {
+
+// True if `target` can be reached from `from` over inputs at the iterator's time.
+bool reaches(const EditGraphIterator& from, const FXGraphNodeBase* target) {
+    Vector<Zk::Ptr<FXGraphNodeBase>> below;
+    from.findAllComponents(below);
+    for (const auto& n : below)
+        if (n.get() == target)
+            return true;
+    return false;
+}
+
+} // namespace
+
+FXEditor::FXEditor(const EditPtr& edit) : edit_(edit) {}
+FXEditor::FXEditor(const EditModule& module) : edit_(module.edit()), module_(module) {}
+FXEditor::FXEditor(const EditPtr& edit, const EditModule& module, int chanIndex)
+    : edit_(edit), module_(module), chanIndex_(chanIndex) {}
+
+EditGraphIterator FXEditor::getIteratorFor(const EditPtr& edit, const IdStamp& id, double time, int options) {
+    if (!edit || !id.valid())
+        return EditGraphIterator(options);
+    if (edit->getIdx(id) >= 0)
+        return EditGraphIterator(edit, id, time, options);
+    EditGraphIterator it(options);
+    it.edit_ = edit;
+    it.time_ = time;
+    it.search(id, EditGraphIterator::searchWholeEdit);
+    return it;
+}
+
+EditGraphIterator FXEditor::getIteratorFor(const EditPtr& edit, const FXGraphNodeBase* node, double time,
+                                           int options) {
+    if (!node)
+        return EditGraphIterator(options);
+    return getIteratorFor(edit, node->getId(), time, options);
+}
+
+EditGraphIterator FXEditor::getIteratorFor(const EditGraphIteratorState& state) {
+    if (state.path.empty())
+        return EditGraphIterator(state.options);
+    // Replay the stored path from its channel; fall back to a search for its last node.
+    if (state.rootChan.valid()) {
+        EditGraphIterator it(state.edit, state.rootChan, state.time, state.options);
+        bool ok = it.isValid() && it.getNodeId(0) == state.path.front();
+        for (size_t step = 1; ok && step < state.path.size(); ++step) {
+            ok = false;
+            Zk::Ptr<FXGraphNodeBase> n = it.getNode(-1);
+            for (unsigned i = 0; n && i < n->getNumInputs() && !ok; ++i) {
+                if (it.moveToInput(i)) {
+                    if (it.getNodeId(-1) == state.path[step])
+                        ok = true;
+                    else
+                        it.moveBack();
+                }
+            }
+        }
+        if (ok)
+            return it;
+    }
+    return getIteratorFor(state.edit, state.path.back(), state.time, state.options);
+}
+
+void FXEditor::findOrphanedComponents(EditPtr edit, double, std::vector<IdStamp>& out) {
+    if (!edit)
+        return;
+    // Everything that any event of any channel reaches by links is in use.
+    std::set<const FXGraphNodeBase*> used;
+    auto markFrom = [&](const FXGraphNodeBase* start) {
+        std::vector<const FXGraphNodeBase*> stack{start};
+        while (!stack.empty()) {
+            const FXGraphNodeBase* n = stack.back();
+            stack.pop_back();
+            if (!n || !used.insert(n).second)
+                continue;
+            for (const auto& in : n->inputs())
+                if (in.node)
+                    stack.push_back(in.node.get());
+        }
+    };
+    for (int c = 0; c < edit->numChans(); ++c)
+        for (const auto& ev : edit->chan(c).cel->events())
+            markFrom(ev.node.get());
+
+    // The tops of the rest: orphans that no other orphan takes as an input.
+    std::set<const FXGraphNodeBase*> fed;
+    for (const auto& [id, n] : edit->nodes())
+        if (!used.count(n.get()))
+            for (const auto& in : n->inputs())
+                if (in.node && in.node.get() != n.get())
+                    fed.insert(in.node.get());
+    for (const auto& [id, n] : edit->nodes()) {
+        if (used.count(n.get()) || fed.count(n.get()))
+            continue;
+        out.push_back(id);
+        markFrom(n.get());
+    }
+    // An orphaned ring has no top; its lowest id stands for it.
+    for (const auto& [id, n] : edit->nodes()) {
+        if (used.count(n.get()))
+            continue;
+        out.push_back(id);
+        markFrom(n.get());
+    }
+}
+
+bool FXEditor::destroyNode(EditGraphIterator& it, bool announce) {
+    Zk::Ptr<FXGraphNodeBase> node = it.getNode(-1);
+    EditPtr edit = it.getEditH();
+    if (!node || !edit || isPlainMaterial(node.get()))
+        return false;
+    for (const auto& [id, n] : edit->nodes())
+        for (auto& in : n->inputs())
+            if (in.node == node) {
+                in.node = nullptr;
+                n->noteChanged();
+            }
+    Zk::Ptr<FXGraphNodeBase> successor;
+    if (node->getNumInputs() > 0)
+        successor = node->input(0).node;
+    for (int c = 0; c < edit->numChans(); ++c) {
+        for (auto& ev : edit->chan(c).cel->events()) {
+            if (ev.node != node)
+                continue;
+            if (auto* mat = dynamic_cast<MaterialUsageNode*>(successor.get())) {
+                ev.kind = CelEvent::Material;
+                ev.strip = mat->material();
+                ev.node = successor;
+            } else if (successor) {
+                ev.node = successor;
+            } else {
+                ev.kind = CelEvent::Black;
+                ev.strip = Cookie();
+                ev.node = nullptr;
+            }
+        }
+    }
+    edit->removeNode(node->getId());
+    it.moveBack();
+    edit->addModification(EditModifications(EditModification(kModNodesRemoved, 0)), announce);
+    return true;
+}
+
+bool FXEditor::canConnectNodes(const EditGraphIterator& to, size_t input, const EditGraphIterator& from) const {
+    Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
+    Zk::Ptr<FXGraphNodeBase> src = from.getNode(-1);
+    if (!dst || !src || dst == src)
+        return false;
+    if (!dynamic_cast<EffectInstance_opu4h5a4j*>(dst.get()))
+        return false;
+    if (input >= dst->getNumInputs())
+        return false;
+    if (dst->chanType() != src->chanType())
+        return false;
+    // The new link would close a ring if the destination already feeds the source.
+    return !reaches(from, dst.get());
+}
+
+bool FXEditor::connectNodes(EditGraphIterator& to, int input, const EditGraphIterator& from, bool announce) {
+    if (input < 0 || !canConnectNodes(to, static_cast<size_t>(input), from))
+        return false;
+    Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
+    FXGraphNodeBase::Input& in = dst->input(static_cast<unsigned>(input));
+    in.node = from.getNode(-1);
+    in.track = IdStamp();
+    dst->noteChanged();
+    if (edit_)
+        edit_->addModification(EditModifications(EditModification(5)), announce);
+    return true;
+}
+
+bool FXEditor::disconnectNodes(EditGraphIterator& to, int input, bool announce) {
+    Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
+    if (!dst || input < 0 || static_cast<unsigned>(input) >= dst->getNumInputs())
+        return false;
+    FXGraphNodeBase::Input& in = dst->input(static_cast<unsigned>(input));
+    if (!in.node && !in.track.valid())
+        return false;
+    in.node = nullptr;
+    in.track = IdStamp();
+    dst->noteChanged();
+    if (edit_)
+        edit_->addModification(EditModifications(EditModification(5)), announce);
+    return true;
+}
+
+bool FXEditor::cycleInputs(EditGraphIterator& it, bool announce) {
+    Zk::Ptr<FXGraphNodeBase> n = it.getNode(-1);
+    if (!n || n->getNumInputs() < 2)
+        return false;
+    auto& ins = n->inputs();
+    FXGraphNodeBase::Input first = ins.front();
+    for (size_t i = 0; i + 1 < ins.size(); ++i) {
+        ins[i].node = ins[i + 1].node;
+        ins[i].track = ins[i + 1].track;
+    }
+    ins.back().node = first.node;
+    ins.back().track = first.track;
+    n->noteChanged();
+    if (edit_)
+        edit_->addModification(EditModifications(EditModification(5)), announce);
+    return true;
+}
+
+void findAllRootNodeChans(const EditPtr& edit, double time, std::vector<IdStamp>& out, EditChanType type) {
+    if (!edit)
+        return;
+    // A channel holds a root when it has content and no other channel's graph takes it in.
+    for (int c = 0; c < edit->numChans(); ++c) {
+        if (edit->getChanType(c) != type || edit->eventAt(c, time) < 0)
+            continue;
+        EditGraphIterator primary(edit, c, time, EditGraphIterator::optPrimary);
+        if (primary.isValid() && primary.getChanIndex(0) == c)
+            out.push_back(edit->chan(c).id);
+    }
+}

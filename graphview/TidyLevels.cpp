@@ -16,11 +16,14 @@ bool TidyLevels::enter(EditGraphIterator& iterator) {
     IdStamp id = iterator.getNodeId(-1);
     if (!id.valid())
         return false;
-    for (int i = iterator.depth() - 1; i >= 0; --i)
-        if (iterator.getNodeId(i) == id)
-            return false; // the path has closed a cycle
+    auto it = onPath_.find(id);
+    if (it != onPath_.end() && it->second > 0)
+        return false; // the path above already holds this node: a cycle is closed
     addNode(iterator);
-    return static_cast<bool>(iterator.getNode(-1));
+    if (!iterator.getNode(-1))
+        return false;
+    ++onPath_[id];
+    return true;
 }
 
 void TidyLevels::walk(EditGraphIterator& iterator) {
@@ -30,12 +33,16 @@ void TidyLevels::walk(EditGraphIterator& iterator) {
         unsigned inputs;
         unsigned next;
     };
+    // The path above the starting node counts too.
+    for (int i = iterator.depth() - 1; i >= 0; --i)
+        ++onPath_[iterator.getNodeId(i)];
     if (!enter(iterator))
         return;
     std::vector<Frame> stack{{iterator.getNode(-1)->getNumInputs(), 0}};
     while (!stack.empty()) {
         Frame& f = stack.back();
         if (f.next >= f.inputs) {
+            --onPath_[iterator.getNodeId(-1)];
             stack.pop_back();
             if (!stack.empty())
                 iterator.moveBack();
@@ -100,13 +107,25 @@ void TidyLevels::sortIntoLevels() {
     }
 }
 
-void TidyLevels::applyOffsets(const OffsetMap& offsets, VidRouting::Orientations::Orientation orientation) {
-    for (const auto& level : levels) {
-        for (const TidyNodeRec& rec : level) {
-            auto it = offsets.find(rec.node->getId());
-            if (it == offsets.end() || !rec.posRec)
+void TidyLevels::applyOffsets(const OffsetMap& offsets, VidRouting::Orientations::Orientation orientation,
+                              size_t fromLevel) {
+    if (cachedMap_ != &offsets || cachedSize_ != offsets.size()) {
+        cachedMap_ = &offsets;
+        cachedSize_ = offsets.size();
+        offsetOf_.assign(levels.size(), {});
+        for (size_t L = 0; L < levels.size(); ++L)
+            for (const TidyNodeRec& rec : levels[L]) {
+                auto it = offsets.find(rec.node->getId());
+                offsetOf_[L].push_back(it == offsets.end() ? nullptr : &it->second);
+            }
+    }
+    for (size_t L = fromLevel; L < levels.size(); ++L) {
+        size_t i = 0;
+        for (const TidyNodeRec& rec : levels[L]) {
+            const TidyOffset* found = offsetOf_[L][i++];
+            if (!found || !rec.posRec)
                 continue;
-            const TidyOffset& o = it->second;
+            const TidyOffset& o = *found;
             double x = o.offset.x;
             double y = o.offset.y;
             if (o.parentRec) {

@@ -109,7 +109,7 @@ bool TreeTidier::run(EditGraphIterator& iterator, double x, double y) {
             r = r == above.end() ? above.begin() : std::next(r);
             for (; r != above.end(); ++r)
                 offsets[r->node->getId()].offset.y -= half;
-            tidy.applyOffsets(offsets, source->getOrientation());
+            tidy.applyOffsets(offsets, source->getOrientation(), L - 1);
             break;
         }
     }

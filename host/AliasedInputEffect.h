@@ -6,7 +6,9 @@
 
 class AliasedInputEffect : public EffectInstance_opu4h5a4j {
 public:
-    explicit AliasedInputEffect(const IdStamp& id) : EffectInstance_opu4h5a4j(id) { setTagTypeId("Alias:Input"); }
+    explicit AliasedInputEffect(const IdStamp& id) : EffectInstance_opu4h5a4j(id) {
+        setTagTypeId("Alias:Input");
+    }
 
     const IdStamp& aliasOf() const { return aliasOf_; }
     void setAliasOf(const IdStamp& id) { aliasOf_ = id; }

@@ -13,8 +13,8 @@ struct CelEvent {
     double start = 0.0;
     double end = 0.0;
     Kind kind = Black;
-    Cookie strip;                   // what the event holds; an effect graph's cookie for Graph
-    Zk::Ptr<FXGraphNodeBase> node;  // the MaterialUsageNode or the graph's root node
+    Cookie strip;                  // what the event holds; an effect graph's cookie for Graph
+    Zk::Ptr<FXGraphNodeBase> node; // the MaterialUsageNode or the graph's root node
 };
 
 class Cel : public iObject {

@@ -22,7 +22,7 @@ struct EditChannel {
     EditChanType type = kVideoChan;
     unsigned subtype = 1; // a bit: 1, 2, 4 or 8
     WString name;
-    IdStamp stereoGroup;  // audio channels of one group share it; invalid if none
+    IdStamp stereoGroup; // audio channels of one group share it; invalid if none
     Zk::Ptr<Cel> cel;
 };
 

@@ -12,14 +12,14 @@ enum EditChanType : unsigned { kAnyChanType = 0, kVideoChan = 1, kAudioChan = 2 
 // parameters, 5 connections, 11 a property that only shows on the node (such as its enable flag).
 enum EditModificationType : unsigned {
     kModNone = 0,
-    kModStructure = 1,      // channels or cels added, removed or moved
-    kModNodesRemoved = 7,   // effect nodes destroyed
-    kModEffectApplied = 8,  // a template added effects
-    kModRestored = 9,       // undo or redo brought back an earlier state
-    kModReloaded = 11,      // the edit was loaded afresh
-    kModChannels = 12,      // channel list changed
-    kModNames = 16,         // display names changed
-    kModEffectGraph = 18,   // a change inside an effect graph; see the detail
+    kModStructure = 1,     // channels or cels added, removed or moved
+    kModNodesRemoved = 7,  // effect nodes destroyed
+    kModEffectApplied = 8, // a template added effects
+    kModRestored = 9,      // undo or redo brought back an earlier state
+    kModReloaded = 11,     // the edit was loaded afresh
+    kModChannels = 12,     // channel list changed
+    kModNames = 16,        // display names changed
+    kModEffectGraph = 18,  // a change inside an effect graph; see the detail
 };
 
 struct EditModification {

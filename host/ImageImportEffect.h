@@ -5,7 +5,9 @@
 
 class ImageImportEffect : public EffectInstance_opu4h5a4j {
 public:
-    explicit ImageImportEffect(const IdStamp& id) : EffectInstance_opu4h5a4j(id) { setTagTypeId("Import:Image"); }
+    explicit ImageImportEffect(const IdStamp& id) : EffectInstance_opu4h5a4j(id) {
+        setTagTypeId("Import:Image");
+    }
 
     const String& file() const { return file_; }
     void setFile(const String& f) { file_ = f; }

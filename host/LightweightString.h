@@ -64,7 +64,9 @@ public:
     bool operator!=(const LightweightString& o) const { return !(*this == o); }
     bool operator<(const LightweightString& o) const { return view() < o.view(); }
 
-    bool startsWith(const T* prefix) const { return view().substr(0, std::char_traits<T>::length(prefix)) == prefix; }
+    bool startsWith(const T* prefix) const {
+        return view().substr(0, std::char_traits<T>::length(prefix)) == prefix;
+    }
 
 private:
     static const T* emptyText() {

@@ -14,5 +14,6 @@ LightweightString<char> orientationToString(Orientation o) {
 }
 
 Orientation orientationFromString(const LightweightString<char>& text) {
-    return text == "BottomToTop" ? VidRouting::Orientations::BottomToTop : VidRouting::Orientations::LeftToRight;
+    return text == "BottomToTop" ? VidRouting::Orientations::BottomToTop
+                                 : VidRouting::Orientations::LeftToRight;
 }

@@ -90,7 +90,8 @@ int main(int argc, char** argv) {
 
     EditPosSource source(edit, orientationFromString(String(orientation)));
     std::vector<IdStamp> roots = RootStacker::videoRoots(edit, time);
-    std::vector<Zk::Box<double>> extents = RootStacker::tidyRoots(edit, time, roots, XY<double>(0, 0), &source);
+    std::vector<Zk::Box<double>> extents =
+        RootStacker::tidyRoots(edit, time, roots, XY<double>(0, 0), &source);
 
     json::Value out = json::Value::object();
     out.set("edit", json::Value::string(path));

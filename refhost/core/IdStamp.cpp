@@ -35,7 +35,9 @@ IdStamp::IdStamp(const char* text) {
     c_ = c;
 }
 
-String IdStamp::asString() const { return stringFormat("%u.%u.%u", a_, b_, c_); }
+String IdStamp::asString() const {
+    return stringFormat("%u.%u.%u", a_, b_, c_);
+}
 
 Cookie Cookie::fromString(const String& text) {
     if (text.size() < 2)

@@ -43,7 +43,8 @@ WString toWide(const String& s) {
             cp = ((c & 0x0F) << 12) | ((p[i + 1] & 0x3F) << 6) | (p[i + 2] & 0x3F);
             len = 3;
         } else if ((c >> 3) == 30 && i + 3 < n) {
-            cp = ((c & 0x07) << 18) | ((p[i + 1] & 0x3F) << 12) | ((p[i + 2] & 0x3F) << 6) | (p[i + 3] & 0x3F);
+            cp =
+                ((c & 0x07) << 18) | ((p[i + 1] & 0x3F) << 12) | ((p[i + 2] & 0x3F) << 6) | (p[i + 3] & 0x3F);
             len = 4;
         }
         out.push_back(static_cast<wchar_t>(cp));

@@ -71,8 +71,9 @@ CutIterator::CutIterator(const EditPtr& edit, const Vector<int>& chans, double t
         for (size_t i = 0; i < events.size(); ++i)
             all.push_back(CelEventPair::atIndex(edit, chan, static_cast<int>(i)));
     }
-    std::stable_sort(all.begin(), all.end(),
-                     [](const CelEventPair& a, const CelEventPair& b) { return a.editTime() < b.editTime(); });
+    std::stable_sort(all.begin(), all.end(), [](const CelEventPair& a, const CelEventPair& b) {
+        return a.editTime() < b.editTime();
+    });
     for (const auto& e : all)
         if (cuts_.empty() || !valEqualsVal(cuts_.back().editTime(), e.editTime()))
             cuts_.push_back(e);

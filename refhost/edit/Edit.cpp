@@ -14,7 +14,9 @@ EditPtr::EditPtr(Edit* e) : edit_(e) {
         edit_->addRef();
 }
 EditPtr::EditPtr(const EditPtr& o) : EditPtr(o.edit_) {}
-EditPtr& EditPtr::operator=(const EditPtr& o) { return *this = o.edit_; }
+EditPtr& EditPtr::operator=(const EditPtr& o) {
+    return *this = o.edit_;
+}
 EditPtr& EditPtr::operator=(Edit* e) {
     if (e)
         e->addRef();
@@ -143,7 +145,9 @@ IdStamp Edit::newId() {
     }
 }
 
-IdStamp Edit::newTrackId() { return IdStamp(0, 1, nextTrack_++); }
+IdStamp Edit::newTrackId() {
+    return IdStamp(0, 1, nextTrack_++);
+}
 
 void Edit::noteTrackId(const IdStamp& id) {
     if (id.a() == 0 && id.b() == 1 && id.c() >= nextTrack_)

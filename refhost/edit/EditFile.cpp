@@ -155,8 +155,8 @@ private:
         return true;
     }
 
-    Zk::Ptr<MaterialUsageNode> materialNode(const json::Value& at, const IdStamp& nodeId, const std::string& cookie,
-                                            bool& ok) {
+    Zk::Ptr<MaterialUsageNode> materialNode(const json::Value& at, const IdStamp& nodeId,
+                                            const std::string& cookie, bool& ok) {
         Cookie c = Cookie::fromString(String(cookie));
         const EditMaterial* mat = edit_.findMaterial(c);
         if (!mat) {
@@ -240,7 +240,8 @@ private:
             if (const json::Value* ins = n.find("inputs")) {
                 if (!ins->isArray())
                     return fail(*ins, "expected an array of inputs");
-                if (!dynamic_cast<EffectInstance_opu4h5a4j*>(node.get()) || kind == "image" || kind == "alias")
+                if (!dynamic_cast<EffectInstance_opu4h5a4j*>(node.get()) || kind == "image" ||
+                    kind == "alias")
                     return fail(*ins, "only effects have inputs");
                 node->setNumInputs(static_cast<unsigned>(ins->items().size()));
                 for (size_t i = 0; i < ins->items().size(); ++i) {
@@ -384,7 +385,8 @@ private:
         }
         for (const auto& a : aliases_)
             if (!edit_.findNode(a.of))
-                return fail(*a.at, "the alias repeats node " + a.of.asString().str() + ", which is not defined");
+                return fail(*a.at,
+                            "the alias repeats node " + a.of.asString().str() + ", which is not defined");
         for (const auto& t : tracks_) {
             edit_.noteTrackId(t.of);
             if (edit_.getIdx(t.of) < 0 && !(t.of.a() == 0 && t.of.b() == 1))
@@ -433,11 +435,15 @@ private:
     std::vector<FXGraphNodeBase::Input*> unnamedTracks_;
 };
 
-json::Value idValue(const IdStamp& id) { return json::Value::string(id.asString().str()); }
+json::Value idValue(const IdStamp& id) {
+    return json::Value::string(id.asString().str());
+}
 
 } // namespace
 
-void setObjectCodec(const ObjectCodec& c) { codec() = c; }
+void setObjectCodec(const ObjectCodec& c) {
+    codec() = c;
+}
 
 bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
     json::Value root;

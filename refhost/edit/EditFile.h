@@ -40,7 +40,8 @@ bool save(const Edit& edit, const std::string& path, std::string& error);
 // reading them back. Installed by the stream layer; without it objects are neither saved nor read.
 struct ObjectCodec {
     std::string (*pack)(const Edit& edit, const std::string& key) = nullptr;
-    bool (*unpack)(Edit& edit, const std::string& key, const std::string& bytes, std::string& error) = nullptr;
+    bool (*unpack)(Edit& edit, const std::string& key, const std::string& bytes,
+                   std::string& error) = nullptr;
 };
 void setObjectCodec(const ObjectCodec& codec);
 

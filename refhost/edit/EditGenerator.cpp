@@ -11,8 +11,9 @@
 
 namespace {
 
-const char* const kTags[] = {"PixShader:Blur:gaussian.fx", "PixShader:Colour:correct.fx", "PixShader:Mix:over.fx",
-                             "PixShader:Geometry:crop.fx", "PixShader:Mattes:flatcol.fx"};
+const char* const kTags[] = {"PixShader:Blur:gaussian.fx", "PixShader:Colour:correct.fx",
+                             "PixShader:Mix:over.fx", "PixShader:Geometry:crop.fx",
+                             "PixShader:Mattes:flatcol.fx"};
 
 } // namespace
 
@@ -29,7 +30,7 @@ EditPtr generateEdit(const GeneratorOptions& o) {
     const uint32_t n = o.nodes < 1 ? 1 : o.nodes;
     std::vector<Zk::Ptr<FXGraphNodeBase>> nodes;
     std::vector<std::pair<FXGraphNodeBase*, unsigned>> open; // input slots still to fill
-    std::vector<uint32_t> leaves;                             // nodes fit to be shared
+    std::vector<uint32_t> leaves;                            // nodes fit to be shared
 
     auto makeEffect = [&](uint32_t i, unsigned inputs) {
         auto fx = Zk::make<EffectInstance_opu4h5a4j>(IdStamp(1, 0, i + 1));
@@ -53,7 +54,8 @@ EditPtr generateEdit(const GeneratorOptions& o) {
 
         Zk::Ptr<FXGraphNodeBase> node;
         const uint32_t left = n - i - 1;
-        const bool leaf = !o.chain && open.size() > left ? true : (!o.chain && open.size() > 1 && rng() % 3 == 0);
+        const bool leaf =
+            !o.chain && open.size() > left ? true : (!o.chain && open.size() > 1 && rng() % 3 == 0);
         if (leaf || left == 0) {
             auto m = Zk::make<MaterialUsageNode>(IdStamp(1, 0, i + 1), mat.cookie);
             m->setName(L"Source");

@@ -45,7 +45,8 @@ EditGraphIterator::EditGraphIterator(const EditPtr& edit, int chanIndex, const d
     startAtChannel(chanIndex);
 }
 
-EditGraphIterator::EditGraphIterator(const EditPtr& edit, const IdStamp& chan, const double& time, int options)
+EditGraphIterator::EditGraphIterator(const EditPtr& edit, const IdStamp& chan, const double& time,
+                                     int options)
     : edit_(edit), time_(time), options_(options) {
     if (edit_)
         startAtChannel(edit_->getIdx(chan));
@@ -101,7 +102,9 @@ int EditGraphIterator::getChanIndex(int index) const {
     return i < 0 ? -1 : path_[static_cast<size_t>(i)].chan;
 }
 
-int EditGraphIterator::getParentInputNum() const { return path_.empty() ? 0 : path_.back().parentInput; }
+int EditGraphIterator::getParentInputNum() const {
+    return path_.empty() ? 0 : path_.back().parentInput;
+}
 
 bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out) const {
     if (!at.node || input >= at.node->getNumInputs() || input >= at.node->inputs().size())

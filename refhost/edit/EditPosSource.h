@@ -11,7 +11,8 @@
 
 class EditPosSource : public NodeUIPosSource {
 public:
-    EditPosSource(EditPtr edit, VidRouting::Orientations::Orientation o) : edit_(std::move(edit)), orientation_(o) {}
+    EditPosSource(EditPtr edit, VidRouting::Orientations::Orientation o)
+        : edit_(std::move(edit)), orientation_(o) {}
 
     NodeUIPosRec* getPosRecForNode(const IdStamp& id) override {
         auto it = recs_.find(id);

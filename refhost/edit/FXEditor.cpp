@@ -150,7 +150,8 @@ bool FXEditor::destroyNode(EditGraphIterator& it, bool announce) {
     return true;
 }
 
-bool FXEditor::canConnectNodes(const EditGraphIterator& to, size_t input, const EditGraphIterator& from) const {
+bool FXEditor::canConnectNodes(const EditGraphIterator& to, size_t input,
+                               const EditGraphIterator& from) const {
     Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
     Zk::Ptr<FXGraphNodeBase> src = from.getNode(-1);
     if (!dst || !src || dst == src)

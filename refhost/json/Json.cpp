@@ -272,14 +272,30 @@ private:
             int e = peek();
             ++pos_;
             switch (e) {
-            case '"': out.push_back('"'); break;
-            case '\\': out.push_back('\\'); break;
-            case '/': out.push_back('/'); break;
-            case 'b': out.push_back('\b'); break;
-            case 'f': out.push_back('\f'); break;
-            case 'n': out.push_back('\n'); break;
-            case 'r': out.push_back('\r'); break;
-            case 't': out.push_back('\t'); break;
+            case '"':
+                out.push_back('"');
+                break;
+            case '\\':
+                out.push_back('\\');
+                break;
+            case '/':
+                out.push_back('/');
+                break;
+            case 'b':
+                out.push_back('\b');
+                break;
+            case 'f':
+                out.push_back('\f');
+                break;
+            case 'n':
+                out.push_back('\n');
+                break;
+            case 'r':
+                out.push_back('\r');
+                break;
+            case 't':
+                out.push_back('\t');
+                break;
             case 'u': {
                 unsigned cp;
                 if (!hex4(cp))
@@ -355,11 +371,21 @@ void writeString(std::string& out, const std::string& s) {
     out.push_back('"');
     for (unsigned char c : s) {
         switch (c) {
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
+        case '"':
+            out += "\\\"";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
         default:
             if (c < 0x20) {
                 char buf[8];
@@ -391,15 +417,21 @@ bool isSimple(const Value& v) {
 
 void writeValue(std::string& out, const Value& v, int indent) {
     switch (v.type()) {
-    case Value::Null: out += "null"; break;
-    case Value::Bool: out += v.asBool() ? "true" : "false"; break;
+    case Value::Null:
+        out += "null";
+        break;
+    case Value::Bool:
+        out += v.asBool() ? "true" : "false";
+        break;
     case Value::Number: {
         char buf[32];
         auto r = std::to_chars(buf, buf + sizeof buf, v.asNumber());
         out.append(buf, r.ptr);
         break;
     }
-    case Value::String: writeString(out, v.asString()); break;
+    case Value::String:
+        writeString(out, v.asString());
+        break;
     case Value::Array:
     case Value::Object: {
         const bool obj = v.isObject();

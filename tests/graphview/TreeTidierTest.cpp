@@ -36,11 +36,11 @@ struct Layout {
     bool ok = false;
 };
 
-#define EXPECT_AT(layout, node, ex, ey)                                                                       \
-    do {                                                                                                       \
-        XY<double> p_ = (layout).at(node);                                                                     \
-        EXPECT_DOUBLE_EQ(p_.x, ex) << "x of node " << (node)->getId().asString().c_str();                      \
-        EXPECT_DOUBLE_EQ(p_.y, ey) << "y of node " << (node)->getId().asString().c_str();                      \
+#define EXPECT_AT(layout, node, ex, ey)                                                                      \
+    do {                                                                                                     \
+        XY<double> p_ = (layout).at(node);                                                                   \
+        EXPECT_DOUBLE_EQ(p_.x, ex) << "x of node " << (node)->getId().asString().c_str();                    \
+        EXPECT_DOUBLE_EQ(p_.y, ey) << "y of node " << (node)->getId().asString().c_str();                    \
     } while (0)
 
 } // namespace
@@ -256,7 +256,8 @@ TEST(TreeTidier, CollisionTestIsStrict) {
     GraphBuilder g2;
     auto root2 = build(g2);
     Layout closer(g2, root2, BottomToTop, 0, 0, 0.2502, 0.25);
-    EXPECT_DOUBLE_EQ(closer.at(g2.edit->findNode(IdStamp(1, 0, 2))).x, -0.25) << "spread by half the sibling spacing";
+    EXPECT_DOUBLE_EQ(closer.at(g2.edit->findNode(IdStamp(1, 0, 2))).x, -0.25)
+        << "spread by half the sibling spacing";
 }
 
 TEST(TreeTidier, SameParentCollisionEndsTheLevelUnrepaired) {
@@ -311,7 +312,8 @@ TEST(TreeTidier, InvariantsOverGeneratedGraphs) {
                 Vector<Zk::Ptr<FXGraphNodeBase>> reached;
                 it.findAllComponents(reached);
                 auto box = t1.getExtents();
-                EXPECT_EQ(s1.records().size(), reached.size()) << "one record per reached node, seed " << seed;
+                EXPECT_EQ(s1.records().size(), reached.size())
+                    << "one record per reached node, seed " << seed;
                 for (const auto& n : reached) {
                     NodeUIPosRec* r1 = s1.getPosRecForNode(n->getId());
                     NodeUIPosRec* r2 = s2.getPosRecForNode(n->getId());

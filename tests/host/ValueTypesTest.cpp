@@ -87,7 +87,8 @@ TEST(IdStamp, TotalOrderTextAndValidity) {
     IdStamp big(4294967295u, 0, 17);
     EXPECT_STREQ(big.asString().c_str(), "4294967295.0.17");
     EXPECT_EQ(IdStamp(big.asString().c_str()), big);
-    for (const char* bad : {"", "1.2", "1.2.3.4", "1..3", "a.b.c", "1.2.3x", "4294967296.0.0", "-1.0.0", " 1.2.3"})
+    for (const char* bad :
+         {"", "1.2", "1.2.3.4", "1..3", "a.b.c", "1.2.3x", "4294967296.0.0", "-1.0.0", " 1.2.3"})
         EXPECT_FALSE(IdStamp(bad).valid()) << "'" << bad << "' is no id";
 }
 

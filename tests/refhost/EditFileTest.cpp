@@ -9,12 +9,15 @@
 #include "refhost/json/Json.h"
 
 namespace {
-std::string sample(const char* name) { return std::string(NODEDESK_SOURCE_DIR) + "/samples/" + name; }
+std::string sample(const char* name) {
+    return std::string(NODEDESK_SOURCE_DIR) + "/samples/" + name;
+}
 } // namespace
 
 TEST(EditFile, EverySampleLoadsAndRoundTrips) {
     int seen = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(std::string(NODEDESK_SOURCE_DIR) + "/samples")) {
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::string(NODEDESK_SOURCE_DIR) + "/samples")) {
         if (entry.path().string().find(".edit.json") == std::string::npos)
             continue;
         ++seen;

@@ -19,7 +19,8 @@ public:
     IdStamp chanId(int chan) const { return edit->chan(chan).id; }
 
     // An effect with `inputs` slots, each with an internal track of its own.
-    Zk::Ptr<EffectInstance_opu4h5a4j> effect(uint32_t n, unsigned inputs, const char* tag = "PixShader:Test") {
+    Zk::Ptr<EffectInstance_opu4h5a4j> effect(uint32_t n, unsigned inputs,
+                                             const char* tag = "PixShader:Test") {
         auto fx = Zk::make<EffectInstance_opu4h5a4j>(IdStamp(1, 0, n));
         fx->setTagTypeId(tag);
         fx->setNumInputs(inputs);
@@ -29,7 +30,8 @@ public:
         return fx;
     }
     Zk::Ptr<MaterialUsageNode> material(uint32_t n) {
-        auto m = Zk::make<MaterialUsageNode>(IdStamp(1, 0, n), Cookie(Cookie::MaterialKind, IdStamp(3, 0, 1)));
+        auto m =
+            Zk::make<MaterialUsageNode>(IdStamp(1, 0, n), Cookie(Cookie::MaterialKind, IdStamp(3, 0, 1)));
         edit->addNode(m);
         return m;
     }

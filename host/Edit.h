@@ -3,6 +3,7 @@
 // Taggable objects by key and is saved with the edit.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -49,8 +50,14 @@ public:
     EditChanType getChanType(int chan) const;
     unsigned getChanSubtype(int chan) const;
     WString getChanDisplayName(int chan) const;
-    // Records a change; `announce` true passes it on to whoever publishes the edit's changes.
+    // Records a change. With `announce` true it is published to the clients of the edit's
+    // Vobs: at once, or when the outermost open undo step (EasyBackup) closes.
     void addModification(const EditModifications& mods, bool announce);
+    // Who publishes announced changes; set by the Vob manager when a Vob opens on the edit.
+    void setPublisher(std::function<void(const EditModifications&)> publisher) { publisher_ = std::move(publisher); }
+    // Undo steps hold announcements back until the outermost one closes.
+    void holdAnnouncements() { ++held_; }
+    void releaseAnnouncements();
     bool hasStereoscopicVideo() const { return stereoscopic_; }
 
     // The store of Taggable objects by key, saved with the edit.
@@ -118,6 +125,8 @@ private:
     std::map<std::string, Zk::Ptr<Taggable>> objects_;
     TagBag tagBag_;
     EditModifications announced_;
+    std::function<void(const EditModifications&)> publisher_;
+    int held_ = 0;
     unsigned changeCount_ = 0;
     uint32_t nextId_ = 1;
     uint32_t nextTrack_ = 1;

@@ -44,7 +44,14 @@ int Cel::eventIndexAt(double time) const {
 }
 
 Edit::Edit() = default;
-Edit::~Edit() = default;
+Edit::~Edit() {
+    // Graphs may hold rings of counted links; an edit that goes breaks them so that its nodes go
+    // too. A node still held elsewhere keeps its inputs' types but loses their links.
+    for (auto& [id, node] : nodes_)
+        if (node->refCount() <= 2)
+            for (auto& in : node->inputs())
+                in.node = nullptr;
+}
 
 void Edit::getChans(std::vector<IdStamp>& out, unsigned type, unsigned subtypeMask) const {
     for (const auto& c : chans_)
@@ -85,8 +92,16 @@ WString Edit::getChanDisplayName(int chan) const {
 
 void Edit::addModification(const EditModifications& mods, bool announce) {
     ++changeCount_;
-    if (announce)
-        announced_.add(mods);
+    if (!announce)
+        return;
+    announced_.add(mods);
+    if (held_ == 0 && publisher_)
+        publisher_(takeAnnouncedModifications());
+}
+
+void Edit::releaseAnnouncements() {
+    if (held_ > 0 && --held_ == 0 && publisher_ && !announced_.empty())
+        publisher_(takeAnnouncedModifications());
 }
 
 EditModifications Edit::takeAnnouncedModifications() {

@@ -54,7 +54,9 @@ public:
     // Vobs: at once, or when the outermost open undo step (EasyBackup) closes.
     void addModification(const EditModifications& mods, bool announce);
     // Who publishes announced changes; set by the Vob manager when a Vob opens on the edit.
-    void setPublisher(std::function<void(const EditModifications&)> publisher) { publisher_ = std::move(publisher); }
+    void setPublisher(std::function<void(const EditModifications&)> publisher) {
+        publisher_ = std::move(publisher);
+    }
     // Undo steps hold announcements back until the outermost one closes.
     void holdAnnouncements() { ++held_; }
     void releaseAnnouncements();

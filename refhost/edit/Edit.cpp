@@ -46,11 +46,10 @@ int Cel::eventIndexAt(double time) const {
 Edit::Edit() = default;
 Edit::~Edit() {
     // Graphs may hold rings of counted links; an edit that goes breaks them so that its nodes go
-    // too. A node still held elsewhere keeps its inputs' types but loses their links.
+    // too. A node still held elsewhere keeps its inputs' tracks but loses their links.
     for (auto& [id, node] : nodes_)
-        if (node->refCount() <= 2)
-            for (auto& in : node->inputs())
-                in.node = nullptr;
+        for (auto& in : node->inputs())
+            in.node = nullptr;
 }
 
 void Edit::getChans(std::vector<IdStamp>& out, unsigned type, unsigned subtypeMask) const {

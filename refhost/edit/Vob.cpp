@@ -28,9 +28,13 @@ Vob::~Vob() {
         gPlayMachine = nullptr;
 }
 
-Cookie Vob::cookie() const { return edit_ ? edit_->cookie() : Cookie(); }
+Cookie Vob::cookie() const {
+    return edit_ ? edit_->cookie() : Cookie();
+}
 
-double Vob::getCurrentTime(int) const { return time_; }
+double Vob::getCurrentTime(int) const {
+    return time_;
+}
 
 void Vob::setCurrentTime(double t) {
     time_ = t;
@@ -124,10 +128,18 @@ bool Vob::redoRequest() {
     return true;
 }
 
-Vob* Vob::getRecordMachine() { return gRecordMachine; }
-Vob* Vob::getPlayMachine() { return gPlayMachine; }
-void Vob::makeRecordMachine() { gRecordMachine = this; }
-void Vob::makePlayMachine() { gPlayMachine = this; }
+Vob* Vob::getRecordMachine() {
+    return gRecordMachine;
+}
+Vob* Vob::getPlayMachine() {
+    return gPlayMachine;
+}
+void Vob::makeRecordMachine() {
+    gRecordMachine = this;
+}
+void Vob::makePlayMachine() {
+    gPlayMachine = this;
+}
 
 void Vob::attach(VobClient* c) {
     if (std::find(clients_.begin(), clients_.end(), c) == clients_.end())
@@ -152,9 +164,13 @@ VobClient::~VobClient() {
         vob_->detach(this);
 }
 
-EditPtr VobClient::getEdit() const { return vob_ ? vob_->edit() : EditPtr(); }
+EditPtr VobClient::getEdit() const {
+    return vob_ ? vob_->edit() : EditPtr();
+}
 
-void VobClient::handleModifications(const EditModifications&, const VobModification&) { ++heard_; }
+void VobClient::handleModifications(const EditModifications&, const VobModification&) {
+    ++heard_;
+}
 
 VobManager& VobManager::instance() {
     static VobManager m;
@@ -217,7 +233,9 @@ bool VobManager::open(VobClient* client, const LightweightString<char>& group) {
     return false;
 }
 
-bool VobManager::open(VobClient* client, int oldGroupId) { return open(client, stringFormat("%d", oldGroupId)); }
+bool VobManager::open(VobClient* client, int oldGroupId) {
+    return open(client, stringFormat("%d", oldGroupId));
+}
 
 bool VobManager::create(VobClient* client, const Cookie& cookie, const LightweightString<char>& group) {
     EditPtr edit = findEdit(cookie);
@@ -237,8 +255,9 @@ void VobManager::close(VobClient* client, bool dropIfUnused) {
     Vob* v = client->vob_;
     v->detach(client);
     if (dropIfUnused && v->clients().empty())
-        vobs_.erase(std::remove_if(vobs_.begin(), vobs_.end(), [v](const Zk::Ptr<Vob>& p) { return p.get() == v; }),
-                    vobs_.end());
+        vobs_.erase(
+            std::remove_if(vobs_.begin(), vobs_.end(), [v](const Zk::Ptr<Vob>& p) { return p.get() == v; }),
+            vobs_.end());
 }
 
 Vob* VobManager::getVobWithCookie(const Cookie& cookie) const {

@@ -40,14 +40,11 @@ public:
     void add(const EditModification& m) { mods_.push_back(m); }
     void add(const EditModifications& o) { mods_.insert(mods_.end(), o.mods_.begin(), o.mods_.end()); }
     bool empty() const { return mods_.empty(); }
-    bool includes(EditModificationType type, unsigned detail) const {
+    bool includes(unsigned type, unsigned detail) const {
         for (const auto& m : mods_)
             if (m.type == type && m.detail == detail)
                 return true;
         return false;
-    }
-    bool includes(int type, int detail) const {
-        return includes(static_cast<EditModificationType>(type), static_cast<unsigned>(detail));
     }
     // `types` ends with 0.
     bool includesAnyOf(const EditModificationType* types) const {

@@ -1,0 +1,85 @@
+// Edit files: the samples load and round-trip; faults are told by place and leave the edit alone.
+#include "refhost/edit/EditFile.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "refhost/json/Json.h"
+
+namespace {
+std::string sample(const char* name) { return std::string(NODEDESK_SOURCE_DIR) + "/samples/" + name; }
+} // namespace
+
+TEST(EditFile, EverySampleLoadsAndRoundTrips) {
+    int seen = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(std::string(NODEDESK_SOURCE_DIR) + "/samples")) {
+        if (entry.path().string().find(".edit.json") == std::string::npos)
+            continue;
+        ++seen;
+        std::string error;
+        EditPtr e = EditFile::open(entry.path().string(), error);
+        ASSERT_TRUE(e) << error;
+        std::string once = EditFile::saveToText(*e);
+        Edit again;
+        ASSERT_TRUE(EditFile::loadFromText(once, "again", again, error)) << error;
+        EXPECT_EQ(EditFile::saveToText(again), once) << entry.path() << " round-trips";
+    }
+    EXPECT_GE(seen, 6);
+}
+
+TEST(EditFile, FaultsNameFileLineAndWhatWasExpected) {
+    struct Case {
+        const char* text;
+        const char* expect;
+    };
+    const Case cases[] = {
+        {"", "t.json:1:1: expected a value, found the end of the text"},
+        {"{\n  \"channels\": [,]\n}", "t.json:2:16: expected a value"},
+        {"{\"name\": \"x\" \"end\": 3}", "t.json:1:14: expected ',' or '}' after an object member"},
+        {"[1, 2]", "t.json:1:1: expected an object at the top of an edit file"},
+        {"{\"channels\": [{\"id\": \"1.2\"}]}", "t.json:1:22: expected an id such as \"1.0.7\" for \"id\""},
+        {"{\"channels\": [{\"id\": \"1.0.1\", \"type\": \"smell\"}]}",
+         "t.json:1:39: expected a channel type of video or audio"},
+        {"{\"channels\": [{\"id\": \"1.0.1\", \"events\": [{\"start\": 3, \"end\": 1, \"black\": true}]}]}",
+         "t.json:1:62: expected an event's end after its start"},
+        {"{\"nodes\": [{\"id\": \"5.0.1\", \"tag\": \"T\", \"inputs\": [{\"node\": \"9.9.9\"}]}]}",
+         "t.json:1:51: node 9.9.9 is not defined"},
+        {"{\"nodes\": [{\"id\": \"5.0.1\", \"tag\": \"T\", \"inputs\": [{\"track\": \"7.0.1\"}]}]}",
+         "t.json:1:61: track 7.0.1 is neither a channel of the edit nor an internal track (0.1.n)"},
+        {"{\"objects\": {\"NodePosManager\": \"@@@\"}}",
+         "t.json:1:32: expected base64 text for object \"NodePosManager\""},
+    };
+    for (const auto& c : cases) {
+        Edit e;
+        e.setName(L"untouched");
+        std::string error;
+        EXPECT_FALSE(EditFile::loadFromText(c.text, "t.json", e, error)) << c.text;
+        EXPECT_EQ(error, c.expect) << c.text;
+        EXPECT_EQ(e.name(), WString(L"untouched")) << "a failed load leaves the edit as it was";
+    }
+    std::string error;
+    EXPECT_FALSE(EditFile::open(sample("no-such.edit.json"), error));
+    EXPECT_NE(error.find("cannot be opened"), std::string::npos);
+}
+
+TEST(EditFile, DeepNestingIsRefusedNotRecursed) {
+    std::string deep(100000, '[');
+    json::Value v;
+    json::ParseError pe;
+    EXPECT_FALSE(json::parse(deep, v, pe));
+    EXPECT_NE(pe.message.find("nesting is deeper"), std::string::npos);
+}
+
+TEST(EditFile, SaveReplacesTheFileWhole) {
+    std::string error;
+    EditPtr e = EditFile::open(sample("chain.edit.json"), error);
+    ASSERT_TRUE(e) << error;
+    std::string path = std::string(NODEDESK_BINARY_DIR) + "/saved.edit.json";
+    ASSERT_TRUE(EditFile::save(*e, path, error)) << error;
+    Edit back;
+    ASSERT_TRUE(EditFile::load(path, back, error)) << error;
+    EXPECT_EQ(back.nodes().size(), e->nodes().size());
+    EXPECT_FALSE(std::filesystem::exists(path + ".tmp"));
+}

@@ -1,0 +1,87 @@
+// Wiring rules of the reference editor, and the removal of nodes.
+#include "host/FXEditor.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/GraphBuilder.h"
+
+namespace {
+EditGraphIterator at(const GraphBuilder& g, const Zk::Ptr<FXGraphNodeBase>& n) {
+    return FXEditor::getIteratorFor(g.edit, n->getId(), 1.0, 9);
+}
+} // namespace
+
+TEST(FXEditor, RefusesCyclesRangeAndTypeAndAnnouncesConnections) {
+    GraphBuilder g;
+    int v = g.channel(L"V1");
+    auto root = g.effect(1, 2), mid = g.effect(2, 1);
+    auto src = g.material(3);
+    GraphBuilder::link(root, 0, mid);
+    GraphBuilder::link(mid, 0, src);
+    g.graphEvent(v, 0, 10, root);
+    auto loose = g.effect(4, 1);
+    auto sound = g.effect(5, 1);
+    sound->setChanType(kAudioChan);
+    FXEditor ed(g.edit);
+
+    EXPECT_FALSE(ed.canConnectNodes(at(g, mid), 0, at(g, root))) << "root already takes mid: a cycle";
+    EXPECT_FALSE(ed.canConnectNodes(at(g, mid), 0, at(g, mid))) << "a node into itself";
+    EXPECT_FALSE(ed.canConnectNodes(at(g, root), 2, at(g, loose))) << "input out of range";
+    EXPECT_FALSE(ed.canConnectNodes(at(g, src), 0, at(g, loose))) << "a material takes no input";
+    EXPECT_FALSE(ed.canConnectNodes(at(g, root), 1, at(g, sound))) << "audio into video";
+    EXPECT_TRUE(ed.canConnectNodes(at(g, root), 1, at(g, loose)));
+
+    g.edit->takeAnnouncedModifications();
+    EditGraphIterator to = at(g, root);
+    ASSERT_TRUE(ed.connectNodes(to, 1, at(g, loose), true));
+    EXPECT_EQ(root->input(1).node, loose);
+    EXPECT_TRUE(root->input(1).track.valid()) << "a link travels on an internal track";
+    EXPECT_TRUE(g.edit->takeAnnouncedModifications().includes(kModEffectGraph, 5));
+
+    ASSERT_TRUE(ed.disconnectNodes(to, 1, false));
+    EXPECT_FALSE(root->input(1).node);
+    EXPECT_TRUE(root->input(1).track.valid()) << "the slot keeps its place";
+    EXPECT_TRUE(g.edit->takeAnnouncedModifications().empty()) << "announce false records silently";
+    EXPECT_FALSE(ed.disconnectNodes(to, 1, true)) << "nothing left to disconnect";
+}
+
+TEST(FXEditor, DestroyNodeOpensLinksAndHandsTheEventOn) {
+    GraphBuilder g;
+    int v = g.channel(L"V1");
+    auto root = g.effect(1, 1), mid = g.effect(2, 1);
+    auto src = g.material(3);
+    GraphBuilder::link(root, 0, mid);
+    GraphBuilder::link(mid, 0, src);
+    g.graphEvent(v, 0, 10, root);
+
+    EditGraphIterator it = at(g, src);
+    EXPECT_FALSE(FXEditor::destroyNode(it, true)) << "a material stands for its cel";
+    it = at(g, mid);
+    ASSERT_TRUE(FXEditor::destroyNode(it, true));
+    EXPECT_FALSE(root->input(0).node);
+    EXPECT_FALSE(g.edit->findNode(mid->getId()));
+    std::vector<IdStamp> orphans;
+    FXEditor::findOrphanedComponents(g.edit, 1.0, orphans);
+    ASSERT_EQ(orphans.size(), 1u) << "what hung from the removed node is orphaned";
+    EXPECT_EQ(orphans[0], src->getId());
+
+    it = at(g, root);
+    ASSERT_TRUE(FXEditor::destroyNode(it, false));
+    EXPECT_EQ(g.edit->eventAt(v, 1.0), -1) << "a root without input 0 leaves its event black";
+}
+
+TEST(FXEditor, CycleInputsRotatesTheLinks) {
+    GraphBuilder g;
+    int v = g.channel(L"V1");
+    auto root = g.effect(1, 3);
+    auto a = g.material(2), b = g.material(3);
+    GraphBuilder::link(root, 0, a);
+    GraphBuilder::link(root, 1, b);
+    g.graphEvent(v, 0, 10, root);
+    FXEditor ed(g.edit);
+    EditGraphIterator it = at(g, root);
+    ASSERT_TRUE(ed.cycleInputs(it, true));
+    EXPECT_EQ(root->input(0).node, b);
+    EXPECT_FALSE(root->input(1).node);
+    EXPECT_EQ(root->input(2).node, a);
+}

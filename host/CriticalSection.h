@@ -6,7 +6,7 @@
 // A lock that the thread holding it may enter again: each enter() needs one leave(). A notifier
 // holds one across a whole dispatch, so a callback may set the value that is being dispatched,
 // or register and release clients, on the same thread without deadlock. Not copyable: a copy of
-// an object that owns a section gets a section of its own.
+// an object that owns a section gets a section of its own. Declared here, made by the host.
 class CriticalSection {
 public:
     CriticalSection();

@@ -2,7 +2,8 @@
 #pragma once
 
 // Enabled while the count is not above zero. Each disable() raises the count by one and each
-// enable() lowers it by one, never below zero.
+// enable() lowers it by one, never below zero. A host class, so that the host's clients and the
+// library's value clients count disables alike.
 class EnableDisable {
 public:
     void disable() { ++disables_; }

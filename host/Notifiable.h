@@ -7,6 +7,7 @@
 // The three entries of a client of string messages: a message, the end of what it watches, a
 // message delivered late. Subclasses register member functions on a GenericNotifier<NotifyMsg>
 // with registerNotification and keep the guards. Each entry returns 0 unless a subclass says more.
+// It belongs with the host's string notifiers; the library's clients of managers derive from it.
 class Notifiable : public NotifiableBase {
 public:
     ~Notifiable() override = default;

@@ -11,7 +11,9 @@
 // across each dispatch. Registration and release take the same section, so they are safe from
 // any thread and from inside a callback. Copying a notifier copies no registration. Destroying
 // it ends every registration and leaves the outstanding guards inert. A notifier must not be
-// destroyed by one of its own callbacks.
+// destroyed by one of its own callbacks. The whole notifier family is the host's, because the
+// host's own objects (graph nodes among them) send through it; the library's value servers and
+// managers are notifiers built on it.
 class NotifierBase {
 public:
     NotifierBase(const NotifierBase&) : NotifierBase() {}

@@ -4,7 +4,7 @@
 class ValObserverClient;
 
 // What a ValObserverClient receives: identifies the observer that fired, whatever its value type.
-// The client is not owned.
+// The client is not owned. The host's, beside ValObserverClient, whose operations name it.
 class ValObserverBase {
 public:
     explicit ValObserverBase(ValObserverClient* client = nullptr) : client_(client) {}

@@ -6,7 +6,9 @@
 class ValObserverBase;
 
 // A class with several values to watch holds one observer per value and receives here the
-// observer that fired; it compares it with its members and reads the value again.
+// observer that fired; it compares it with its members and reads the value again. Declared by
+// the host because the host's FXGraphNodeClient is one; the typed observers that call it,
+// ValObserver<T>, belong to the library with the value servers.
 class ValObserverClient : public virtual iVirtual {
 public:
     ~ValObserverClient() override = default;

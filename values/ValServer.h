@@ -21,6 +21,8 @@ class ValManagerBase;
 // the server's death before it goes, so none is left pointing at it. A default double or bool
 // server holds no value until its owner assigns one. A copy takes the value only: no manager, no
 // clients. Set the value on the user-interface thread; dispatch is locked by the notifier.
+// The value-server templates are the library's; everything under them (notifiers, guards, lists,
+// the lock, the observer interfaces the host also uses) comes from the host.
 template <class T>
 class ValServer : public GenericNotifier<ValServerEvent<T>>,
                   public ValServerBase,

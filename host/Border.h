@@ -10,7 +10,9 @@ public:
     int getType() const { return type_; }
     int getSize() const { return size_; }
     unsigned getSides() const { return sides_; }
-    bool operator==(const Border& o) const { return type_ == o.type_ && size_ == o.size_ && sides_ == o.sides_; }
+    bool operator==(const Border& o) const {
+        return type_ == o.type_ && size_ == o.size_ && sides_ == o.sides_;
+    }
 
 private:
     int type_ = 0;

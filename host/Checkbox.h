@@ -11,7 +11,8 @@ class Checkbox : public Glob {
 public:
     static constexpr const char* checkboxMsg = "Checkbox ";
     struct InitArgs : GlobCreationInfo {
-        InitArgs(const UIString& l, bool v, int w = 0, int h = 0) : GlobCreationInfo(w, h), label(l), value(v) {}
+        InitArgs(const UIString& l, bool v, int w = 0, int h = 0)
+            : GlobCreationInfo(w, h), label(l), value(v) {}
         UIString label;
         bool value = false;
         WidgetCallback callback;

@@ -73,12 +73,16 @@ public:
     static WidgetPosition TopLeft(int x, int y) { return {WidgetPosition::TopLeftKind, x, y}; }
     static WidgetPosition TopRight(int x, int y) { return {WidgetPosition::TopRightKind, x, y}; }
     static WidgetPosition BottomLeft(int x, int y) { return {WidgetPosition::BottomLeftKind, x, y}; }
-    static WidgetPosition BottomLeft(const XY<int>& screen) { return {WidgetPosition::ScreenKind, screen.x, screen.y}; }
+    static WidgetPosition BottomLeft(const XY<int>& screen) {
+        return {WidgetPosition::ScreenKind, screen.x, screen.y};
+    }
     static WidgetPosition BottomRight(int x, int y) { return {WidgetPosition::BottomRightKind, x, y}; }
     static WidgetPosition UserTopLeft(int x, int y) { return {WidgetPosition::UserTopLeftKind, x, y}; }
     static WidgetPosition UserTopRight(int x, int y) { return {WidgetPosition::UserTopRightKind, x, y}; }
     static WidgetPosition UserBottomLeft(int x, int y) { return {WidgetPosition::UserBottomLeftKind, x, y}; }
-    static WidgetPosition UserBottomRight(int x, int y) { return {WidgetPosition::UserBottomRightKind, x, y}; }
+    static WidgetPosition UserBottomRight(int x, int y) {
+        return {WidgetPosition::UserBottomRightKind, x, y};
+    }
     static WidgetPosition RightOf(int gap, const Glob* ref = nullptr, int alignment = 0) {
         return {WidgetPosition::RightOfKind, gap, 0, ref, alignment};
     }

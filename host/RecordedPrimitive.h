@@ -13,7 +13,8 @@
 namespace Glib {
 
 struct RecordedPrimitive {
-    std::variant<RectDescription, BezierCurveDescription, EllipseDescription, TextDescription, ImageDescription>
+    std::variant<RectDescription, BezierCurveDescription, EllipseDescription, TextDescription,
+                 ImageDescription>
         primitive;
     Zk::Box<int> clip;
     XY<int> translation;

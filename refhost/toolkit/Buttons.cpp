@@ -69,7 +69,9 @@ bool Button::click() {
 
 PushButton::PushButton(const InitArgs& args) : Button(args) {}
 
-int PushButton::calcHeight() { return UifStd::getRowHeight() + 2; }
+int PushButton::calcHeight() {
+    return UifStd::getRowHeight() + 2;
+}
 
 ImageButton::ImageButton(const InitArgs& args) : Button(args, 1), iconPath_(args.iconPath) {
     auto* b = static_cast<QToolButton*>(impl().control);
@@ -115,8 +117,8 @@ bool Checkbox::click() {
 
 void Checkbox::userChanged(bool v) {
     value_ = v;
-    LightweightString<char> msg = callback_.message().empty() ? LightweightString<char>(checkboxMsg)
-                                                              : callback_.message() + " ";
+    LightweightString<char> msg =
+        callback_.message().empty() ? LightweightString<char>(checkboxMsg) : callback_.message() + " ";
     msg += v ? "1" : "0";
     WidgetCallback cb = callback_;
     if (!cb.empty())

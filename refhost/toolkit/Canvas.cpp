@@ -18,7 +18,9 @@ QColor qcol(const NormalisedRGB& c, double opacity) {
     return QColor(ch(c.r), ch(c.g), ch(c.b), ch(c.a * opacity));
 }
 
-bool hasArea(const Zk::Box<int>& b) { return b.x2 != b.x1 && b.y2 != b.y1; }
+bool hasArea(const Zk::Box<int>& b) {
+    return b.x2 != b.x1 && b.y2 != b.y1;
+}
 
 Zk::Box<int> normalised(Zk::Box<int> b) {
     if (b.x1 > b.x2)
@@ -149,10 +151,16 @@ void paint(Painter& pp, const Glib::ImageDescription& d) {
 Canvas::Canvas(Glob& owner) : owner_(owner), renderer_(*this), surface_(std::make_unique<Surface>()) {}
 Canvas::~Canvas() = default;
 
-int Canvas::width() const { return owner_.width(); }
-int Canvas::height() const { return owner_.height(); }
+int Canvas::width() const {
+    return owner_.width();
+}
+int Canvas::height() const {
+    return owner_.height();
+}
 
-void Canvas::deferUpdates() { ++deferrals_; }
+void Canvas::deferUpdates() {
+    ++deferrals_;
+}
 
 void Canvas::releaseUpdates() {
     if (deferrals_ > 0 && --deferrals_ == 0)
@@ -199,11 +207,21 @@ void CanvasRenderer::submit(const D& d) {
     paint(p, d);
 }
 
-void CanvasRenderer::renderPrimitive(const Glib::RectDescription& d) { submit(d); }
-void CanvasRenderer::renderPrimitive(const Glib::BezierCurveDescription& d) { submit(d); }
-void CanvasRenderer::renderPrimitive(const Glib::EllipseDescription& d) { submit(d); }
-void CanvasRenderer::renderPrimitive(const Glib::TextDescription& d) { submit(d); }
-void CanvasRenderer::renderPrimitive(const Glib::ImageDescription& d) { submit(d); }
+void CanvasRenderer::renderPrimitive(const Glib::RectDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::BezierCurveDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::EllipseDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::TextDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::ImageDescription& d) {
+    submit(d);
+}
 
 void CanvasRenderer::addModifiedArea(const Zk::Box<int>& b) {
     Zk::Box<int> n = normalised(b);
@@ -238,7 +256,9 @@ void CanvasRenderer::translateCanvas(int dx, int dy) {
     translation_.y += dy;
 }
 
-void CanvasRenderer::setTranslucency(double opacity) { translucency_ = std::clamp(opacity, 0.0, 1.0); }
+void CanvasRenderer::setTranslucency(double opacity) {
+    translucency_ = std::clamp(opacity, 0.0, 1.0);
+}
 
 void CanvasRenderer::startRecording() {
     recording_ = true;

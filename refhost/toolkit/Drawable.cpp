@@ -27,7 +27,9 @@ void Drawable::update() {
             waiting.push_back(g);
 }
 
-void Drawable::disableRedraws() { ++disables; }
+void Drawable::disableRedraws() {
+    ++disables;
+}
 
 void Drawable::enableRedraws() {
     if (disables == 0 || --disables > 0)
@@ -39,4 +41,6 @@ void Drawable::enableRedraws() {
             const_cast<Glob*>(g)->update();
 }
 
-bool Drawable::redrawsDisabled() { return disables > 0; }
+bool Drawable::redrawsDisabled() {
+    return disables > 0;
+}

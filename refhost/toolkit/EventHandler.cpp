@@ -37,7 +37,9 @@ std::deque<Posted>& queue() {
 }
 std::atomic<uint32_t> nextId{1};
 
-IdStamp freshId() { return IdStamp(0x48414e44u, 0, nextId.fetch_add(1)); }
+IdStamp freshId() {
+    return IdStamp(0x48414e44u, 0, nextId.fetch_add(1));
+}
 
 } // namespace
 
@@ -58,7 +60,9 @@ EventHandler::~EventHandler() {
     registry().erase(this);
 }
 
-int EventHandler::handleMessageEvent(const LightweightString<char>&, Glob*) { return 0; }
+int EventHandler::handleMessageEvent(const LightweightString<char>&, Glob*) {
+    return 0;
+}
 
 int EventHandler::handleDataMessageEvent(const LightweightString<char>& msg, Glob* sender, Zk::Ptr<iObject>) {
     return handleMessageEvent(msg, sender);
@@ -84,8 +88,8 @@ void sendMessageWithData(const LightweightString<char>& msg, EventHandler* handl
         queue().push_back(Posted{msg, handler, it->second, std::move(data), sender});
     }
     if (wake && QCoreApplication::instance())
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [] { deliverPostedMessages(); },
-                                  Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] { deliverPostedMessages(); }, Qt::QueuedConnection);
 }
 
 int co_pid() {

@@ -10,8 +10,12 @@ namespace {
 CanvasRenderer* current = nullptr;
 }
 
-CanvasRenderer* Glib::currentRenderer() { return current; }
-void Glib::setCurrentRenderer(CanvasRenderer* r) { current = r; }
+CanvasRenderer* Glib::currentRenderer() {
+    return current;
+}
+void Glib::setCurrentRenderer(CanvasRenderer* r) {
+    current = r;
+}
 
 void Glib::drawRect(CanvasRenderer& r, const Colour& c, const Zk::Box<int>& box) {
     RectDescription d;
@@ -41,8 +45,8 @@ void Glib::drawFrame(const Colour& c, const Zk::Box<int>& box, int width) {
         drawFrame(*current, c, box, width);
 }
 
-void Glib::drawRoundedRect(CanvasRenderer& r, const Colour& frame, const Colour& fill, const Zk::Box<int>& box,
-                           int corner, unsigned style, unsigned short frameWidth) {
+void Glib::drawRoundedRect(CanvasRenderer& r, const Colour& frame, const Colour& fill,
+                           const Zk::Box<int>& box, int corner, unsigned style, unsigned short frameWidth) {
     RectDescription d;
     d.box = box;
     d.colour = fromColour(fill);

@@ -73,12 +73,12 @@ Event GlobWidget::makeEvent(QMouseEvent* e, Event::Action action) {
     Qt::MouseButton b = e->button();
     Qt::MouseButtons held = e->buttons();
     if (action == Event::Move)
-        b = (held & Qt::LeftButton) ? Qt::LeftButton
-            : (held & Qt::RightButton) ? Qt::RightButton
+        b = (held & Qt::LeftButton)     ? Qt::LeftButton
+            : (held & Qt::RightButton)  ? Qt::RightButton
             : (held & Qt::MiddleButton) ? Qt::MiddleButton
                                         : Qt::NoButton;
-    Event::Button button = b == Qt::LeftButton    ? Event::Left
-                           : b == Qt::RightButton ? Event::Right
+    Event::Button button = b == Qt::LeftButton     ? Event::Left
+                           : b == Qt::RightButton  ? Event::Right
                            : b == Qt::MiddleButton ? Event::Middle
                                                    : Event::NoButton;
     if (action == Event::Down)
@@ -87,22 +87,26 @@ Event GlobWidget::makeEvent(QMouseEvent* e, Event::Action action) {
                  toolkit::clickBits(e->modifiers(), held | b));
 }
 
-void GlobWidget::mousePressEvent(QMouseEvent* e) { owner_.dispatchMouseEvent(makeEvent(e, Event::Down)); }
-void GlobWidget::mouseReleaseEvent(QMouseEvent* e) { owner_.dispatchMouseEvent(makeEvent(e, Event::Up)); }
+void GlobWidget::mousePressEvent(QMouseEvent* e) {
+    owner_.dispatchMouseEvent(makeEvent(e, Event::Down));
+}
+void GlobWidget::mouseReleaseEvent(QMouseEvent* e) {
+    owner_.dispatchMouseEvent(makeEvent(e, Event::Up));
+}
 
 void GlobWidget::mouseMoveEvent(QMouseEvent* e) {
     Event ev = makeEvent(e, Event::Move);
     QPoint g = e->globalPosition().toPoint();
     MouseCursorID c = owner_.contextCursor(XY<int>(g.x(), toolkit::screenHeight() - 1 - g.y()));
-    Qt::CursorShape shape = c == CursorHand          ? Qt::PointingHandCursor
-                            : c == CursorWait        ? Qt::WaitCursor
-                            : c == CursorResizeHorz  ? Qt::SizeHorCursor
-                            : c == CursorResizeVert  ? Qt::SizeVerCursor
-                            : c == CursorIBeam       ? Qt::IBeamCursor
-                            : c == CursorForbidden   ? Qt::ForbiddenCursor
-                            : c == CursorCross       ? Qt::CrossCursor
-                            : c == CursorMove        ? Qt::SizeAllCursor
-                                                     : Qt::ArrowCursor;
+    Qt::CursorShape shape = c == CursorHand         ? Qt::PointingHandCursor
+                            : c == CursorWait       ? Qt::WaitCursor
+                            : c == CursorResizeHorz ? Qt::SizeHorCursor
+                            : c == CursorResizeVert ? Qt::SizeVerCursor
+                            : c == CursorIBeam      ? Qt::IBeamCursor
+                            : c == CursorForbidden  ? Qt::ForbiddenCursor
+                            : c == CursorCross      ? Qt::CrossCursor
+                            : c == CursorMove       ? Qt::SizeAllCursor
+                                                    : Qt::ArrowCursor;
     if (cursor().shape() != shape)
         setCursor(shape);
     if (ev.button() != Event::NoButton || (owner_.getInterests() & Glob::MouseMoveInterest))
@@ -126,7 +130,9 @@ void GlobImpl::fitControl() {
         control->setGeometry(0, 0, widget->width(), widget->height());
 }
 
-bool is_good_glob_ptr(const Glob* g) { return g && liveGlobs().count(g) > 0; }
+bool is_good_glob_ptr(const Glob* g) {
+    return g && liveGlobs().count(g) > 0;
+}
 
 Glob::Glob(const GlobCreationInfo& info) : impl_(std::make_unique<GlobImpl>()), palette_(info.palette) {
     ensureToolkitApplication();
@@ -229,9 +235,9 @@ Glob* Glob::addChild(Glob* child, const WidgetPosition& pos, const WidgetSurroun
     if (pos.kind() == WidgetPosition::RightOfKind || pos.kind() == WidgetPosition::LeftOfKind) {
         const Glob* ref = pos.reference() ? pos.reference() : lastAdded_;
         if (ref)
-            child->anchors_ = (ref->anchors_ & AnchorTop) | (pos.kind() == WidgetPosition::LeftOfKind
-                                                                 ? (ref->anchors_ & AnchorRight)
-                                                                 : (ref->anchors_ & AnchorRight));
+            child->anchors_ = (ref->anchors_ & AnchorTop) |
+                              (pos.kind() == WidgetPosition::LeftOfKind ? (ref->anchors_ & AnchorRight)
+                                                                        : (ref->anchors_ & AnchorRight));
     }
     children_.push_back(child);
     lastAdded_ = child;
@@ -242,12 +248,13 @@ Glob* Glob::addChild(Glob* child, const WidgetPosition& pos, const WidgetSurroun
     return child;
 }
 
-Glob* Glob::addWidgetRelative(Glob* child, const Glob* ref, int gap, int relativity, const WidgetSurround& surround,
-                              int alignment) {
+Glob* Glob::addWidgetRelative(Glob* child, const Glob* ref, int gap, int relativity,
+                              const WidgetSurround& surround, int alignment) {
     if (!ref)
         ref = lastAdded_;
     if (relativity == 2 || relativity == 3 || !ref)
-        return addChild(child, relativity == 3 ? LeftOf(gap, ref, alignment) : RightOf(gap, ref, alignment), surround);
+        return addChild(child, relativity == 3 ? LeftOf(gap, ref, alignment) : RightOf(gap, ref, alignment),
+                        surround);
     addChild(child, BottomLeft(0, 0), surround);
     child->anchors_ = ref->anchors_;
     child->x_ = aligned(ref->x_, ref->w_, child->w_, alignment);
@@ -350,8 +357,12 @@ void Glob::setActive(bool active, eRedrawFlag redraw) {
         update();
 }
 
-void Glob::setVisible(bool visible) { impl_->widget->setVisible(visible); }
-bool Glob::isVisible() const { return !impl_->widget->isHidden(); }
+void Glob::setVisible(bool visible) {
+    impl_->widget->setVisible(visible);
+}
+bool Glob::isVisible() const {
+    return !impl_->widget->isHidden();
+}
 
 void Glob::setContextString(const UIString& text, const UIString& extra) {
     context_ = text;
@@ -395,7 +406,9 @@ bool Glob::dispatchMouseEvent(const Event& e) {
     return false;
 }
 
-void Glob::makeCanvasCurrent() { Glib::setCurrentRenderer(&canvas_->renderer()); }
+void Glob::makeCanvasCurrent() {
+    Glib::setCurrentRenderer(&canvas_->renderer());
+}
 
 void Glob::setPalette(const Palette& p) {
     palette_ = p;
@@ -459,4 +472,3 @@ void Glob::load(const configb& c) {
     setPos(x, y);
     resize(w, h);
 }
-

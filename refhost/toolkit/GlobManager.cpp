@@ -37,7 +37,9 @@ GlobManager& GlobManager::instance() {
     return *m;
 }
 
-void Glob::setupRootPos(Canvas*, const XY<int>& screenPos) { pendingRootPos() = screenPos; }
+void Glob::setupRootPos(Canvas*, const XY<int>& screenPos) {
+    pendingRootPos() = screenPos;
+}
 
 void GlobManager::realize(Glob* g) {
     if (!is_good_glob_ptr(g) || g->parent())
@@ -57,8 +59,9 @@ void GlobManager::requestDeletion(Glob* g) {
         return;
     pendingDeletion_.push_back(g);
     if (QCoreApplication::instance())
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [] { GlobManager::instance().processDeletions(); },
-                                  Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] { GlobManager::instance().processDeletions(); },
+            Qt::QueuedConnection);
 }
 
 int GlobManager::processDeletions() {
@@ -77,7 +80,9 @@ int GlobManager::processDeletions() {
     return n;
 }
 
-bool GlobManager::owns(const Glob* g) const { return std::find(roots_.begin(), roots_.end(), g) != roots_.end(); }
+bool GlobManager::owns(const Glob* g) const {
+    return std::find(roots_.begin(), roots_.end(), g) != roots_.end();
+}
 
 void GlobManager::destroyAll() {
     processDeletions();
@@ -87,7 +92,8 @@ void GlobManager::destroyAll() {
 
 void GlobManager::forget(Glob* g) {
     roots_.erase(std::remove(roots_.begin(), roots_.end(), g), roots_.end());
-    pendingDeletion_.erase(std::remove(pendingDeletion_.begin(), pendingDeletion_.end(), g), pendingDeletion_.end());
+    pendingDeletion_.erase(std::remove(pendingDeletion_.begin(), pendingDeletion_.end(), g),
+                           pendingDeletion_.end());
     noteTimerInterest(g, false);
 }
 

@@ -49,8 +49,12 @@ void toolkit::noteModifiers(Qt::KeyboardModifiers mods) {
         keysDown().erase(Qt::Key_Alt);
 }
 
-bool toolkit::keyDown(int qtKey) { return keysDown().count(qtKey) > 0; }
-Qt::KeyboardModifiers toolkit::modifiers() { return lastMods; }
+bool toolkit::keyDown(int qtKey) {
+    return keysDown().count(qtKey) > 0;
+}
+Qt::KeyboardModifiers toolkit::modifiers() {
+    return lastMods;
+}
 
 unsigned toolkit::clickBits(Qt::KeyboardModifiers mods, Qt::MouseButtons buttons) {
     unsigned b = 0;
@@ -79,14 +83,28 @@ int toolkit::screenHeight() {
     return s ? s->geometry().height() : 1080;
 }
 
-bool mouse_left_event(const Event& e) { return e.button() == Event::Left; }
-bool mouse_right_event(const Event& e) { return e.button() == Event::Right; }
-bool mouse_middle_event(const Event& e) { return e.button() == Event::Middle; }
-bool mouse_down_event(const Event& e) { return e.action() == Event::Down; }
-bool mouse_up_event(const Event& e) { return e.action() == Event::Up; }
-bool mouse_move_event(const Event& e) { return e.action() == Event::Move; }
+bool mouse_left_event(const Event& e) {
+    return e.button() == Event::Left;
+}
+bool mouse_right_event(const Event& e) {
+    return e.button() == Event::Right;
+}
+bool mouse_middle_event(const Event& e) {
+    return e.button() == Event::Middle;
+}
+bool mouse_down_event(const Event& e) {
+    return e.action() == Event::Down;
+}
+bool mouse_up_event(const Event& e) {
+    return e.action() == Event::Up;
+}
+bool mouse_move_event(const Event& e) {
+    return e.action() == Event::Move;
+}
 
-int mouseClickTolerance() { return 3; }
+int mouseClickTolerance() {
+    return 3;
+}
 
 bool isMouseMoveSignificant(const Event& e) {
     XY<int> d = e.distance();
@@ -104,8 +122,12 @@ XY<int> glib_getMousePos() {
     return XY<int>(p.x(), toolkit::screenHeight() - 1 - p.y());
 }
 
-int mouse_get_current_x() { return glib_getMousePos().x; }
-int mouse_get_current_y() { return glib_getMousePos().y; }
+int mouse_get_current_x() {
+    return glib_getMousePos().x;
+}
+int mouse_get_current_y() {
+    return glib_getMousePos().y;
+}
 
 bool OSServices::isKeyDown(int keyCode) const {
     Qt::KeyboardModifiers m = toolkit::modifiers();

@@ -93,7 +93,9 @@ void EditorPreferences::setPreference(const String& key, bool v) {
     store().setValue(qkey(key), v ? QStringLiteral("true") : QStringLiteral("false"));
 }
 
-void EditorPreferences::setPreference(const String& key, int v) { store().setValue(qkey(key), QString::number(v)); }
+void EditorPreferences::setPreference(const String& key, int v) {
+    store().setValue(qkey(key), QString::number(v));
+}
 
 void EditorPreferences::setPreference(const String& key, double v) {
     store().setValue(qkey(key), QString::number(v, 'g', 17));
@@ -107,9 +109,15 @@ void EditorPreferences::setPreference(const String& key, const String& v) {
     store().setValue(qkey(key), QString::fromUtf8(v.c_str()));
 }
 
-bool EditorPreferences::hasPreference(const String& key) const { return store().contains(qkey(key)); }
-void EditorPreferences::removePreference(const String& key) { store().remove(qkey(key)); }
-void EditorPreferences::sync() { store().sync(); }
+bool EditorPreferences::hasPreference(const String& key) const {
+    return store().contains(qkey(key));
+}
+void EditorPreferences::removePreference(const String& key) {
+    store().remove(qkey(key));
+}
+void EditorPreferences::sync() {
+    store().sync();
+}
 
 void EditorPreferences::reload() {
     store().sync();

@@ -65,7 +65,8 @@ bool loadResourceStrings(const String& path) {
     if (!f.open(QIODevice::ReadOnly))
         return false;
     QByteArray bytes = f.read(4 * 1024 * 1024);
-    parseResourceStrings(String(std::string(bytes.constData(), static_cast<std::size_t>(bytes.size()))), nullptr);
+    parseResourceStrings(String(std::string(bytes.constData(), static_cast<std::size_t>(bytes.size()))),
+                         nullptr);
     return true;
 }
 

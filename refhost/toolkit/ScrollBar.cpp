@@ -28,7 +28,8 @@ public:
             return false;
         double at = along / length;
         if (e->type() == QEvent::MouseButtonPress) {
-            if (!bar_.isStretchable() || !(m->modifiers() & Qt::ShiftModifier) || m->button() != Qt::LeftButton)
+            if (!bar_.isStretchable() || !(m->modifiers() & Qt::ShiftModifier) ||
+                m->button() != Qt::LeftButton)
                 return false;
             stretching_ = true;
             fromEnd_ = at > bar_.getThumbPos() + bar_.getThumbSize() / 2;
@@ -99,7 +100,9 @@ ScrollBar::ScrollBar(const InitArgs& args)
     syncControl();
 }
 
-int ScrollBar::thickness() { return 14; }
+int ScrollBar::thickness() {
+    return 14;
+}
 
 bool ScrollBar::setThumbPos(double pos) {
     pos = std::clamp(pos, 0.0, 1.0);
@@ -119,7 +122,9 @@ bool ScrollBar::setThumbSize(double size) {
     return true;
 }
 
-void ScrollBar::redrawThumb() { impl().control->update(); }
+void ScrollBar::redrawThumb() {
+    impl().control->update();
+}
 
 void ScrollBar::syncControl() {
     auto* s = static_cast<QScrollBar*>(impl().control);

@@ -23,7 +23,9 @@ int StandardPanel::calcSize(int spacing, int, const Border& border) {
     return border.getSize() + UifStd::getRowHeight() + 2 * pad;
 }
 
-int StandardPanel::titleRowHeight() const { return calcSize(2, 0, border_) - border_.getSize(); }
+int StandardPanel::titleRowHeight() const {
+    return calcSize(2, 0, border_) - border_.getSize();
+}
 
 void StandardPanel::setBorder(const Border& b) {
     border_ = b;
@@ -40,7 +42,9 @@ void StandardPanel::setTitle(const UIString& title, const FontDesc& font, eRedra
         update();
 }
 
-WString StandardPanel::getTitleText() const { return title_ ? title_->getText() : WString(); }
+WString StandardPanel::getTitleText() const {
+    return title_ ? title_->getText() : WString();
+}
 
 void StandardPanel::addStandardWidgets(int flags) {
     int b = border_.getSize() + UifStd::getWidgetGap();

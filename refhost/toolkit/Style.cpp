@@ -11,7 +11,9 @@
 #include "refhost/toolkit/GlobImpl.h"
 
 namespace {
-double clamp01(double v) { return std::clamp(v, 0.0, 1.0); }
+double clamp01(double v) {
+    return std::clamp(v, 0.0, 1.0);
+}
 } // namespace
 
 Colour::Colour(double r, double g, double b, bool translucent)
@@ -62,14 +64,28 @@ UifStd& UifStd::instance() {
     return s;
 }
 
-int UifStd::getRowHeight() { return getDefaultFontSize() + 10; }
-int UifStd::getWidgetGap() { return 4; }
-int UifStd::getIndentWidth() { return 6; }
-FontDesc UifStd::getTitleFont() { return FontDesc{getDefaultFontName(0), getDefaultFontSize(), true}; }
-int UifStd::getWindowArrangement() { return 0; }
+int UifStd::getRowHeight() {
+    return getDefaultFontSize() + 10;
+}
+int UifStd::getWidgetGap() {
+    return 4;
+}
+int UifStd::getIndentWidth() {
+    return 6;
+}
+FontDesc UifStd::getTitleFont() {
+    return FontDesc{getDefaultFontName(0), getDefaultFontSize(), true};
+}
+int UifStd::getWindowArrangement() {
+    return 0;
+}
 
-int getDefaultFontSize() { return 13; }
-String getDefaultFontName(int) { return "DejaVu Sans"; }
+int getDefaultFontSize() {
+    return 13;
+}
+String getDefaultFontName(int) {
+    return "DejaVu Sans";
+}
 
 QFont toolkit::toQFont(const FontDesc& f) {
     ensureToolkitApplication();
@@ -84,7 +100,9 @@ int getFontYOffset(int boxHeight, const FontDesc& font) {
     return (boxHeight - (fm.ascent() + fm.descent())) / 2 + fm.descent();
 }
 
-FontDesc Glib::getDefaultFont() { return FontDesc{getDefaultFontName(0), getDefaultFontSize(), false}; }
+FontDesc Glib::getDefaultFont() {
+    return FontDesc{getDefaultFontName(0), getDefaultFontSize(), false};
+}
 
 FontDesc Glib::loadFont(const String& name, int size, int style) {
     return FontDesc{name.empty() ? getDefaultFontName(0) : name, size > 0 ? size : getDefaultFontSize(),
@@ -108,11 +126,15 @@ WString Glib::fitTextToWidth(const WString& text, const FontDesc& font, int widt
     return textWidth(L"..", font) <= width ? WString(L"..") : WString();
 }
 
-QString toolkit::toQString(const WString& s) { return QString::fromWCharArray(s.c_str(), static_cast<int>(s.size())); }
+QString toolkit::toQString(const WString& s) {
+    return QString::fromWCharArray(s.c_str(), static_cast<int>(s.size()));
+}
 
-WString toolkit::fromQString(const QString& s) { return WString(s.toStdWString()); }
+WString toolkit::fromQString(const QString& s) {
+    return WString(s.toStdWString());
+}
 
 QColor toolkit::toQColor(const Colour& c) {
-    return QColor::fromRgbF(static_cast<float>(c.red()), static_cast<float>(c.green()), static_cast<float>(c.blue()),
-                            c.translucent() ? 0.5f : 1.0f);
+    return QColor::fromRgbF(static_cast<float>(c.red()), static_cast<float>(c.green()),
+                            static_cast<float>(c.blue()), c.translucent() ? 0.5f : 1.0f);
 }

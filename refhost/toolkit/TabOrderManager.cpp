@@ -8,7 +8,9 @@ void TabOrderManager::addToTabOrder(Glob* g) {
         order_.push_back(g);
 }
 
-void TabOrderManager::removeFromTabOrder(Glob* g) { order_.erase(std::remove(order_.begin(), order_.end(), g), order_.end()); }
+void TabOrderManager::removeFromTabOrder(Glob* g) {
+    order_.erase(std::remove(order_.begin(), order_.end(), g), order_.end());
+}
 
 Glob* TabOrderManager::nextInTabOrder(Glob* g) const {
     if (order_.empty())

@@ -8,7 +8,8 @@
 #include "host/UifStd.h"
 #include "refhost/toolkit/GlobImpl.h"
 
-TabbedDialogue::TabbedDialogue(const InitArgs& args) : Glob(args), pages_(args.pages), ids_(args.pages.size()) {
+TabbedDialogue::TabbedDialogue(const InitArgs& args)
+    : Glob(args), pages_(args.pages), ids_(args.pages.size()) {
     auto* bar = new QTabBar(impl().widget);
     impl().control = bar;
     bar->setExpanding(false);
@@ -22,7 +23,9 @@ TabbedDialogue::TabbedDialogue(const InitArgs& args) : Glob(args), pages_(args.p
     resize(args.width > 0 ? args.width : 200, args.height > 0 ? args.height : minHeight());
 }
 
-int TabbedDialogue::minHeight() { return UifStd::getRowHeight() + 8; }
+int TabbedDialogue::minHeight() {
+    return UifStd::getRowHeight() + 8;
+}
 
 void TabbedDialogue::syncControl() {
     auto* bar = static_cast<QTabBar*>(impl().control);
@@ -84,9 +87,9 @@ bool TabbedDialogue::selectPage(int index, bool notify, bool) {
         bar->setCurrentIndex(index);
     }
     if (notify && parent())
-        parent()->handleDataMessageEvent(
-            changePageMsg, this,
-            Zk::Ptr<iObject>(new EventMsgData<TabDetails>(TabDetails{pages_[static_cast<std::size_t>(index)], index})));
+        parent()->handleDataMessageEvent(changePageMsg, this,
+                                         Zk::Ptr<iObject>(new EventMsgData<TabDetails>(
+                                             TabDetails{pages_[static_cast<std::size_t>(index)], index})));
     return true;
 }
 

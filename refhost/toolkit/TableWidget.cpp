@@ -18,7 +18,8 @@ void TableWidget::setLineHeight(int h) {
 }
 
 std::vector<int> TableWidget::columnWidths() const {
-    std::vector<TableColumnDescription> cols = adaptor_ ? adaptor_->getColumns() : std::vector<TableColumnDescription>();
+    std::vector<TableColumnDescription> cols =
+        adaptor_ ? adaptor_->getColumns() : std::vector<TableColumnDescription>();
     std::vector<int> w(cols.size(), 0);
     int fixed = 0, stretch = 0;
     for (std::size_t i = 0; i < cols.size(); ++i) {
@@ -39,7 +40,8 @@ Zk::Box<int> TableWidget::getCellBox(const XY<int>& cell) const {
     Zk::Box<int> b;
     for (int i = 0; i < cell.x && i < static_cast<int>(w.size()); ++i)
         b.x1 += w[static_cast<std::size_t>(i)];
-    b.x2 = b.x1 + (cell.x >= 0 && cell.x < static_cast<int>(w.size()) ? w[static_cast<std::size_t>(cell.x)] : 0);
+    b.x2 =
+        b.x1 + (cell.x >= 0 && cell.x < static_cast<int>(w.size()) ? w[static_cast<std::size_t>(cell.x)] : 0);
     b.y2 = height() - cell.y * lineHeight_;
     b.y1 = b.y2 - lineHeight_;
     return b;

@@ -17,7 +17,8 @@ TextBox::TextBox(const InitArgs& args)
     QWidget* c;
     if (editable_) {
         auto* e = new QLineEdit(toolkit::toQString(text_), impl().widget);
-        QObject::connect(e, &QLineEdit::editingFinished, [this, e] { userEdited(toolkit::fromQString(e->text())); });
+        QObject::connect(e, &QLineEdit::editingFinished,
+                         [this, e] { userEdited(toolkit::fromQString(e->text())); });
         c = e;
     } else {
         auto* l = new QLabel(toolkit::toQString(text_), impl().widget);

@@ -26,4 +26,6 @@ void makeMessage(const UIString& text) {
     box->show();
 }
 
-const std::vector<WString>& messagesShown() { return shown(); }
+const std::vector<WString>& messagesShown() {
+    return shown();
+}

@@ -25,7 +25,8 @@ bool toInt(const configb::Value& v, T& out) {
         return true;
     }
     if (auto* d = std::get_if<double>(&v)) {
-        if (!std::isfinite(*d) || *d != std::floor(*d) || *d < static_cast<double>(std::numeric_limits<T>::min()) ||
+        if (!std::isfinite(*d) || *d != std::floor(*d) ||
+            *d < static_cast<double>(std::numeric_limits<T>::min()) ||
             *d > static_cast<double>(std::numeric_limits<T>::max()))
             return false;
         out = static_cast<T>(*d);
@@ -224,13 +225,27 @@ const configb::Value* configb::find(const String& key) const {
     return nullptr;
 }
 
-bool configb::set(const String& key, int v) { return put(key, static_cast<int64_t>(v)); }
-bool configb::set(const String& key, unsigned v) { return put(key, static_cast<uint32_t>(v)); }
-bool configb::set(const String& key, double v) { return std::isfinite(v) && put(key, v); }
-bool configb::set(const String& key, bool v) { return put(key, v); }
-bool configb::set(const String& key, const String& v) { return put(key, v); }
-bool configb::set(const String& key, const Cookie& v) { return put(key, v); }
-bool configb::set(const String& key, const XY<int>& v) { return put(key, v); }
+bool configb::set(const String& key, int v) {
+    return put(key, static_cast<int64_t>(v));
+}
+bool configb::set(const String& key, unsigned v) {
+    return put(key, static_cast<uint32_t>(v));
+}
+bool configb::set(const String& key, double v) {
+    return std::isfinite(v) && put(key, v);
+}
+bool configb::set(const String& key, bool v) {
+    return put(key, v);
+}
+bool configb::set(const String& key, const String& v) {
+    return put(key, v);
+}
+bool configb::set(const String& key, const Cookie& v) {
+    return put(key, v);
+}
+bool configb::set(const String& key, const XY<int>& v) {
+    return put(key, v);
+}
 
 int configb::in(const String& key, int& v) const {
     const Value* f = find(key);
@@ -276,12 +291,22 @@ static int inExact(const configb::Value* f, T& v) {
     return -1;
 }
 
-int configb::in(const String& key, bool& v) const { return inExact(find(key), v); }
-int configb::in(const String& key, String& v) const { return inExact(find(key), v); }
-int configb::in(const String& key, Cookie& v) const { return inExact(find(key), v); }
-int configb::in(const String& key, XY<int>& v) const { return inExact(find(key), v); }
+int configb::in(const String& key, bool& v) const {
+    return inExact(find(key), v);
+}
+int configb::in(const String& key, String& v) const {
+    return inExact(find(key), v);
+}
+int configb::in(const String& key, Cookie& v) const {
+    return inExact(find(key), v);
+}
+int configb::in(const String& key, XY<int>& v) const {
+    return inExact(find(key), v);
+}
 
-bool configb::has(const String& key) const { return find(key) != nullptr; }
+bool configb::has(const String& key) const {
+    return find(key) != nullptr;
+}
 
 bool configb::remove(const String& key) {
     for (auto it = order_.begin(); it != order_.end(); ++it)
@@ -292,7 +317,9 @@ bool configb::remove(const String& key) {
     return false;
 }
 
-void configb::clear() { order_.clear(); }
+void configb::clear() {
+    order_.clear();
+}
 
 String configb::toText() const {
     std::string out;
@@ -370,7 +397,9 @@ bool configb::operator==(const configb& o) const {
     return true;
 }
 
-String PersistableXY::toString(const XY<int>& v) { return stringFormat("(%d,%d)", v.x, v.y); }
+String PersistableXY::toString(const XY<int>& v) {
+    return stringFormat("(%d,%d)", v.x, v.y);
+}
 
 bool PersistableXY::parse(const String& text, XY<int>& out) {
     std::string_view s = text.view();

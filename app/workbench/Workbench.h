@@ -1,0 +1,24 @@
+// Workbench: the workbench's main window, a panel whose user area holds one plugged-in view.
+#pragma once
+
+#include <functional>
+
+#include "host/StandardPanel.h"
+
+// A view maker gets the size of the user area and the panel's palette, and returns a new
+// widget; the workbench places it in the user area and keeps it sized to it.
+class Workbench : public StandardPanel {
+public:
+    using ViewMaker = std::function<Glob*(const GlobCreationInfo& info)>;
+
+    Workbench(int width, int height);
+    const char* idstring() const override { return "Workbench"; }
+
+    // Replaces the view; a null maker puts back the welcome view.
+    void setView(const ViewMaker& maker);
+    Glob* view() const { return view_; }
+    void resize(double w, double h) override;
+
+private:
+    Glob* view_ = nullptr;
+};

@@ -1,0 +1,46 @@
+// Canvas: the drawing surface of one widget, a backing image that the screen shows.
+#pragma once
+
+#include <memory>
+
+#include "host/CanvasRenderer.h"
+#include "host/LightweightString.h"
+
+class Glob;
+
+// Owned by its widget. Screen updates of changed areas can be held back (UpdateDeferrer) and
+// are then sent once.
+class Canvas {
+public:
+    explicit Canvas(Glob& owner);
+    ~Canvas();
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+
+    CanvasRenderer& renderer() { return renderer_; }
+    Glob& owner() const { return owner_; }
+    int width() const;
+    int height() const;
+
+    void deferUpdates();
+    void releaseUpdates();
+    bool updatesDeferred() const { return deferrals_ > 0; }
+    // How many times changed areas were sent to the screen.
+    int screenUpdateCount() const { return screenUpdates_; }
+
+    // The colour of one pixel (x, y upward) as 0xAARRGGBB; 0 outside.
+    unsigned pixel(int x, int y) const;
+    // Writes the canvas alone (not the child widgets) to a PNG file.
+    bool saveImage(const String& path) const;
+
+    struct Surface;
+    Surface& surface() const { return *surface_; }
+    void noteScreenUpdate() { ++screenUpdates_; }
+
+private:
+    Glob& owner_;
+    CanvasRenderer renderer_;
+    std::unique_ptr<Surface> surface_;
+    int deferrals_ = 0;
+    int screenUpdates_ = 0;
+};

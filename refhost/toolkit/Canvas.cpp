@@ -1,0 +1,278 @@
+// Canvas and CanvasRenderer: QPainter on a backing image, y upward, with recording.
+#include "host/Canvas.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <map>
+
+#include "host/Glob.h"
+#include "refhost/toolkit/CanvasSurface.h"
+#include "refhost/toolkit/GlobImpl.h"
+
+namespace {
+
+QColor qcol(const NormalisedRGB& c, double opacity) {
+    auto ch = [](double v) { return std::clamp(static_cast<int>(v * 255.0 + 0.5), 0, 255); };
+    return QColor(ch(c.r), ch(c.g), ch(c.b), ch(c.a * opacity));
+}
+
+bool hasArea(const Zk::Box<int>& b) {
+    return b.x2 != b.x1 && b.y2 != b.y1;
+}
+
+Zk::Box<int> normalised(Zk::Box<int> b) {
+    if (b.x1 > b.x2)
+        std::swap(b.x1, b.x2);
+    if (b.y1 > b.y2)
+        std::swap(b.y1, b.y2);
+    return b;
+}
+
+QRectF qrect(const Zk::Box<int>& b) {
+    Zk::Box<int> n = normalised(b);
+    return QRectF(n.x1, n.y1, n.x2 - n.x1, n.y2 - n.y1);
+}
+
+const QImage* cachedFile(const String& path) {
+    static std::map<std::string, QImage> cache;
+    auto it = cache.find(path.str());
+    if (it == cache.end())
+        it = cache.emplace(path.str(), QImage(QString::fromUtf8(path.c_str()))).first;
+    return it->second.isNull() ? nullptr : &it->second;
+}
+
+// A painter on the surface with y upward, translated, clipped and translucent as the renderer is.
+struct Painter {
+    Painter(Canvas& c, const CanvasRenderer& r) : p(&c.surface().image) {
+        p.setRenderHint(QPainter::Antialiasing);
+        p.setRenderHint(QPainter::TextAntialiasing);
+        p.setRenderHint(QPainter::SmoothPixmapTransform);
+        p.translate(0, c.height());
+        p.scale(1, -1);
+        if (hasArea(r.getClipRect()))
+            p.setClipRect(qrect(r.getClipRect()));
+        p.translate(r.getTranslation().x, r.getTranslation().y);
+        opacity = r.getTranslucency();
+    }
+    QPainter p;
+    double opacity = 1.0;
+};
+
+void paint(Painter& pp, const Glib::RectDescription& d) {
+    QRectF r = qrect(d.box);
+    QPainter& p = pp.p;
+    if (d.filled) {
+        QPainterPath path;
+        path.addRoundedRect(r, d.cornerRadius, d.cornerRadius);
+        if (d.cornerRadius > 0)
+            p.fillPath(path, qcol(d.colour, pp.opacity));
+        else
+            p.fillRect(r, qcol(d.colour, pp.opacity));
+        return;
+    }
+    double lw = std::max(1, d.lineWidth);
+    p.setPen(QPen(qcol(d.colour, pp.opacity), lw));
+    p.setBrush(Qt::NoBrush);
+    QRectF in = r.adjusted(lw / 2, lw / 2, -lw / 2, -lw / 2);
+    p.drawRoundedRect(in, d.cornerRadius, d.cornerRadius);
+}
+
+void paint(Painter& pp, const Glib::BezierCurveDescription& d) {
+    QPainterPath path(QPointF(d.p0.x, d.p0.y));
+    path.cubicTo(QPointF(d.c0.x, d.c0.y), QPointF(d.c1.x, d.c1.y), QPointF(d.p1.x, d.p1.y));
+    pp.p.setPen(QPen(qcol(d.colour, pp.opacity), std::max(1, d.thickness), Qt::SolidLine, Qt::RoundCap));
+    pp.p.setBrush(Qt::NoBrush);
+    pp.p.drawPath(path);
+}
+
+void paint(Painter& pp, const Glib::EllipseDescription& d) {
+    QRectF r = qrect(d.box);
+    QPainter& p = pp.p;
+    if (d.style == 0) {
+        p.setPen(Qt::NoPen);
+        p.setBrush(qcol(d.colour, pp.opacity));
+        p.drawEllipse(r);
+        return;
+    }
+    double lw = std::max(1, d.lineWidth);
+    p.setPen(QPen(qcol(d.colour, pp.opacity), lw));
+    p.setBrush(Qt::NoBrush);
+    QRectF in = r.adjusted(lw / 2, lw / 2, -lw / 2, -lw / 2);
+    double span = d.endAngle - d.startAngle;
+    if (span >= 360.0 || span <= -360.0) {
+        p.drawEllipse(in);
+        return;
+    }
+    // The painter's y is flipped, so Qt's counter-clockwise angles turn clockwise: negate them.
+    p.drawArc(in, static_cast<int>(-d.startAngle * 16), static_cast<int>(-span * 16));
+}
+
+void paint(Painter& pp, const Glib::TextDescription& d) {
+    QPainter& p = pp.p;
+    QFont f = toolkit::toQFont(d.font);
+    QFontMetrics fm(f);
+    QString s = toolkit::toQString(d.text);
+    int w = fm.horizontalAdvance(s);
+    int x = d.alignment == 1 ? d.anchor.x - w : d.alignment == 2 ? d.anchor.x - w / 2 : d.anchor.x;
+    p.save();
+    p.translate(x, d.anchor.y);
+    p.scale(1, -1);
+    p.setFont(f);
+    p.setPen(qcol(d.colour, pp.opacity));
+    p.drawText(0, 0, s);
+    p.restore();
+}
+
+void paint(Painter& pp, const Glib::ImageDescription& d) {
+    QImage img;
+    if (d.pixels && d.width > 0 && d.height > 0 &&
+        d.pixels->size() >= static_cast<std::size_t>(d.width) * static_cast<std::size_t>(d.height))
+        img = QImage(reinterpret_cast<const uchar*>(d.pixels->data()), d.width, d.height, d.width * 4,
+                     QImage::Format_ARGB32);
+    else if (const QImage* f = d.path.empty() ? nullptr : cachedFile(d.path))
+        img = *f;
+    if (img.isNull())
+        return;
+    QRectF r = qrect(d.box);
+    QPainter& p = pp.p;
+    p.save();
+    p.setOpacity(pp.opacity * d.opacity);
+    // Pictures are stored top row first; undo the flip for them.
+    p.translate(r.left(), r.bottom());
+    p.scale(1, -1);
+    p.drawImage(QRectF(0, 0, r.width(), r.height()), img);
+    p.restore();
+}
+
+} // namespace
+
+Canvas::Canvas(Glob& owner) : owner_(owner), renderer_(*this), surface_(std::make_unique<Surface>()) {}
+Canvas::~Canvas() = default;
+
+int Canvas::width() const {
+    return owner_.width();
+}
+int Canvas::height() const {
+    return owner_.height();
+}
+
+void Canvas::deferUpdates() {
+    ++deferrals_;
+}
+
+void Canvas::releaseUpdates() {
+    if (deferrals_ > 0 && --deferrals_ == 0)
+        renderer_.flush();
+}
+
+unsigned Canvas::pixel(int x, int y) const {
+    const QImage& img = surface_->image;
+    int row = img.height() - 1 - y;
+    if (x < 0 || row < 0 || x >= img.width() || row >= img.height())
+        return 0;
+    return img.pixel(x, row);
+}
+
+bool Canvas::saveImage(const String& path) const {
+    return surface_->image.save(QString::fromUtf8(path.c_str()), "PNG");
+}
+
+bool CanvasRenderer::isReadyToRender() const {
+    int w = canvas_.width(), h = canvas_.height();
+    if (w <= 0 || h <= 0)
+        return false;
+    QImage& img = canvas_.surface().image;
+    if (img.width() != w || img.height() != h) {
+        QImage fresh(w, h, QImage::Format_ARGB32_Premultiplied);
+        fresh.fill(Qt::transparent);
+        if (!img.isNull()) {
+            QPainter p(&fresh);
+            // Keep the bottom-left part: the host's frame grows from the bottom.
+            p.drawImage(0, h - img.height(), img);
+        }
+        img = fresh;
+    }
+    return true;
+}
+
+template <class D>
+void CanvasRenderer::submit(const D& d) {
+    if (recording_)
+        recorded_.push_back(Glib::RecordedPrimitive{d, clip_, translation_, translucency_});
+    if (!isReadyToRender())
+        return;
+    Painter p(canvas_, *this);
+    paint(p, d);
+}
+
+void CanvasRenderer::renderPrimitive(const Glib::RectDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::BezierCurveDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::EllipseDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::TextDescription& d) {
+    submit(d);
+}
+void CanvasRenderer::renderPrimitive(const Glib::ImageDescription& d) {
+    submit(d);
+}
+
+void CanvasRenderer::addModifiedArea(const Zk::Box<int>& b) {
+    Zk::Box<int> n = normalised(b);
+    n.x1 += translation_.x;
+    n.x2 += translation_.x;
+    n.y1 += translation_.y;
+    n.y2 += translation_.y;
+    if (!hasArea(n))
+        return;
+    modified_.push_back(n);
+    if (!canvas_.updatesDeferred())
+        flush();
+}
+
+void CanvasRenderer::flush() {
+    if (canvas_.updatesDeferred())
+        return;
+    QWidget* w = canvas_.owner().impl().widget;
+    if (modified_.empty()) {
+        w->update();
+    } else {
+        int h = canvas_.height();
+        for (const auto& b : modified_)
+            w->update(QRect(b.x1, h - b.y2, b.x2 - b.x1, b.y2 - b.y1));
+        modified_.clear();
+    }
+    canvas_.noteScreenUpdate();
+}
+
+void CanvasRenderer::translateCanvas(int dx, int dy) {
+    translation_.x += dx;
+    translation_.y += dy;
+}
+
+void CanvasRenderer::setTranslucency(double opacity) {
+    translucency_ = std::clamp(opacity, 0.0, 1.0);
+}
+
+void CanvasRenderer::startRecording() {
+    recording_ = true;
+    recorded_.clear();
+}
+
+Zk::Box<int> Glib::TextDescription::boundingBox() const {
+    QFontMetrics fm(toolkit::toQFont(font));
+    int w = fm.horizontalAdvance(toolkit::toQString(text));
+    int x = alignment == 1 ? anchor.x - w : alignment == 2 ? anchor.x - w / 2 : anchor.x;
+    Zk::Box<int> b;
+    b.x1 = x;
+    b.x2 = x + w;
+    b.y1 = anchor.y - fm.descent();
+    b.y2 = anchor.y + fm.ascent();
+    return b;
+}

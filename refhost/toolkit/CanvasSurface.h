@@ -1,0 +1,10 @@
+// Canvas::Surface: the backing image of a canvas.
+#pragma once
+
+#include <QImage>
+
+#include "host/Canvas.h"
+
+struct Canvas::Surface {
+    QImage image;
+};

@@ -1,0 +1,144 @@
+// TableWidget: rows drawn on the canvas through the adaptor; cell cursor, clicks and row drags.
+#include "host/TableWidget.h"
+
+#include <algorithm>
+
+#include "host/Canvas.h"
+#include "host/GlibDraw.h"
+#include "host/GlibFonts.h"
+#include "host/UifStd.h"
+
+TableWidget::TableWidget(const InitArgs& args)
+    : Glob(args), adaptor_(args.adaptor),
+      lineHeight_(args.rowHeight > 0 ? args.rowHeight : UifStd::getRowHeight()) {}
+
+void TableWidget::setLineHeight(int h) {
+    lineHeight_ = std::max(1, h);
+    update();
+}
+
+std::vector<int> TableWidget::columnWidths() const {
+    std::vector<TableColumnDescription> cols =
+        adaptor_ ? adaptor_->getColumns() : std::vector<TableColumnDescription>();
+    std::vector<int> w(cols.size(), 0);
+    int fixed = 0, stretch = 0;
+    for (std::size_t i = 0; i < cols.size(); ++i) {
+        if (cols[i].widthKind == 1)
+            ++stretch;
+        else
+            fixed += (w[i] = std::max(0, cols[i].width));
+    }
+    int left = std::max(0, width() - fixed);
+    for (std::size_t i = 0; i < cols.size(); ++i)
+        if (cols[i].widthKind == 1)
+            w[i] = left / std::max(1, stretch);
+    return w;
+}
+
+Zk::Box<int> TableWidget::getCellBox(const XY<int>& cell) const {
+    std::vector<int> w = columnWidths();
+    Zk::Box<int> b;
+    for (int i = 0; i < cell.x && i < static_cast<int>(w.size()); ++i)
+        b.x1 += w[static_cast<std::size_t>(i)];
+    b.x2 =
+        b.x1 + (cell.x >= 0 && cell.x < static_cast<int>(w.size()) ? w[static_cast<std::size_t>(cell.x)] : 0);
+    b.y2 = height() - cell.y * lineHeight_;
+    b.y1 = b.y2 - lineHeight_;
+    return b;
+}
+
+XY<int> TableWidget::getCellForMouseEvent(const Event& e) const {
+    int rows = adaptor_ ? adaptor_->getNumRows() : 0;
+    int fromTop = height() - 1 - e.pos().y;
+    int row = fromTop < 0 ? -1 : fromTop / lineHeight_;
+    if (row >= rows)
+        row = -1;
+    std::vector<int> w = columnWidths();
+    int col = -1;
+    for (int i = 0, x = 0; i < static_cast<int>(w.size()); x += w[static_cast<std::size_t>(i)], ++i)
+        if (e.pos().x >= x && e.pos().x < x + w[static_cast<std::size_t>(i)])
+            col = i;
+    return XY<int>(col, row);
+}
+
+void TableWidget::drawBackground() {
+    CanvasRenderer& r = canvas()->renderer();
+    Zk::Box<int> all;
+    all.x2 = width();
+    all.y2 = height();
+    Glib::drawRect(r, getPalette().window(-1), all);
+    int rows = adaptor_ ? adaptor_->getNumRows() : 0;
+    FontDesc font = Glib::getDefaultFont();
+    auto text = [&](const WString& s, const Zk::Box<int>& box, const Colour& c) {
+        Glib::TextDescription t;
+        t.text = Glib::fitTextToWidth(s, font, box.width() - 2 * UifStd::getIndentWidth());
+        t.anchor = XY<int>(box.x1 + UifStd::getIndentWidth(), box.y1 + getFontYOffset(box.height(), font));
+        t.font = font;
+        t.colour = fromColour(c);
+        r.renderPrimitive(t);
+        r.addModifiedArea(box);
+    };
+    if (rows == 0) {
+        Zk::Box<int> top = all;
+        top.y1 = all.y2 - lineHeight_;
+        text(emptyLabel_.resolve(), top, getPalette().text(1));
+        return;
+    }
+    std::size_t cols = columnWidths().size();
+    for (int row = 0; row < rows; ++row) {
+        for (std::size_t c = 0; c < cols; ++c) {
+            XY<int> cell(static_cast<int>(c), row);
+            iTableAdaptor::CellContext ctx;
+            ctx.cell = cell;
+            ctx.box = getCellBox(cell);
+            ctx.renderer = &r;
+            ctx.palette = getPalette();
+            ctx.current = (highlight_ & HighlightCurrentRow) && current_.y == row;
+            adaptor_->getFieldColours(cell, ctx.palette);
+            if (ctx.current)
+                Glib::drawRect(r, ctx.palette.window(2), ctx.box);
+            if (!adaptor_->drawField(ctx))
+                text(adaptor_->getFieldText(cell), ctx.box, ctx.palette.text(0));
+        }
+    }
+}
+
+bool TableWidget::handleMouseEvent(const Event& e) {
+    if (!adaptor_)
+        return false;
+    XY<int> cell = getCellForMouseEvent(e);
+    if (mouse_left_event(e) && mouse_down_event(e)) {
+        dragRow_ = cell.y;
+        if (cell.y >= 0 && !(current_ == cell)) {
+            current_ = cell;
+            update();
+        }
+    }
+    if (mouse_left_event(e) && mouse_move_event(e) && dragRow_ >= 0) {
+        int fromTop = height() - 1 - e.pos().y;
+        int over = fromTop / lineHeight_;
+        int within = fromTop - over * lineHeight_;
+        // The dragged row changes place once the pointer is half a line into its neighbour.
+        if (over != dragRow_ && cell.y >= 0 && within >= lineHeight_ / 2 - lineHeight_ / 2 &&
+            std::abs(fromTop - (dragRow_ * lineHeight_ + lineHeight_ / 2)) > lineHeight_ / 2) {
+            int target = over > dragRow_ ? dragRow_ + 1 : dragRow_ - 1;
+            if (adaptor_->requestSwapRows(dragRow_, target)) {
+                dragRow_ = target;
+                current_.y = target;
+                update();
+            }
+            return true;
+        }
+    }
+    bool used = cell.y >= 0 && adaptor_->handleMouseEvent(cell, e);
+    if (mouse_up_event(e))
+        dragRow_ = -1;
+    return used;
+}
+
+MouseCursorID TableWidget::contextCursor(const XY<int>& screenPos) {
+    XY<int> local = screenXYToGlobXY(screenPos);
+    Event probe(Event::Move, Event::NoButton, local, local);
+    XY<int> cell = getCellForMouseEvent(probe);
+    return adaptor_ && cell.y >= 0 ? adaptor_->getCellCursor(cell) : CursorArrow;
+}

@@ -1,0 +1,125 @@
+// The canvas: recorded primitives, clip and translation, and pixels written headless.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <cstdio>
+
+#include "host/Canvas.h"
+#include "host/GlibDraw.h"
+#include "host/GlibFonts.h"
+#include "host/StandardPanel.h"
+#include "host/StateSaver.h"
+
+namespace {
+
+class Painted : public Glob {
+public:
+    explicit Painted(const GlobCreationInfo& i) : Glob(i) {}
+    void drawBackground() override {
+        Glob::drawBackground();
+        Glib::drawRect(Colour(1, 0, 0), Zk::Box<int>{0, 0, 10, 10});
+    }
+};
+
+} // namespace
+
+TEST(Canvas, RecordsPrimitivesWithTheirState) {
+    Glob g(GlobCreationInfo(100, 60));
+    CanvasRenderer& r = g.canvas()->renderer();
+    ASSERT_TRUE(r.isReadyToRender());
+    r.startRecording();
+    g.makeCanvasCurrent();
+    Glib::drawFrame(Colour(0, 1, 0), Zk::Box<int>{5, 6, 20, 30}, 2);
+    r.setClipRect(Zk::Box<int>{0, 0, 50, 50});
+    r.translateCanvas(3, 4);
+    r.setTranslucency(0.5);
+    Glib::BezierCurveDescription c;
+    c.p0 = XY<int>(1, 1);
+    c.c0 = XY<int>(10, 1);
+    c.c1 = XY<int>(10, 20);
+    c.p1 = XY<int>(20, 20);
+    c.thickness = 3;
+    r.renderPrimitive(c);
+    Glib::drawRoundedRect(r, Colour(1, 1, 1), Colour(0, 0, 0), Zk::Box<int>{0, 0, 8, 8}, 2, 0, 1);
+
+    const auto& rec = r.recorded();
+    ASSERT_EQ(rec.size(), 4u);
+    const auto* frame = rec[0].as<Glib::RectDescription>();
+    ASSERT_NE(frame, nullptr);
+    EXPECT_FALSE(frame->filled);
+    EXPECT_EQ(frame->lineWidth, 2);
+    EXPECT_EQ(frame->box, (Zk::Box<int>{5, 6, 20, 30}));
+    EXPECT_EQ(frame->colour, (NormalisedRGB{0, 1, 0, 1}));
+    const auto* curve = rec[1].as<Glib::BezierCurveDescription>();
+    ASSERT_NE(curve, nullptr);
+    EXPECT_EQ(curve->boundingBox(), (Zk::Box<int>{-2, -2, 23, 23}))
+        << "the points' box grown by the thickness";
+    EXPECT_EQ(rec[1].clip, (Zk::Box<int>{0, 0, 50, 50}));
+    EXPECT_EQ(rec[1].translation, XY<int>(3, 4));
+    EXPECT_DOUBLE_EQ(rec[1].translucency, 0.5);
+    ASSERT_NE(rec[2].as<Glib::RectDescription>(), nullptr);
+    EXPECT_TRUE(rec[2].as<Glib::RectDescription>()->filled) << "a rounded rect is its fill, then its frame";
+    EXPECT_EQ(rec[2].as<Glib::RectDescription>()->cornerRadius, 2);
+    EXPECT_FALSE(rec[3].as<Glib::RectDescription>()->filled);
+
+    r.addModifiedArea(Zk::Box<int>{0, 0, 0, 5});
+    EXPECT_TRUE(r.modifiedAreas().empty()) << "a box of no area changes nothing";
+}
+
+TEST(Canvas, StateSaverRestoresCurrentCanvasAndClip) {
+    Glob a(GlobCreationInfo(50, 50));
+    Glob b(GlobCreationInfo(50, 50));
+    a.makeCanvasCurrent();
+    a.canvas()->renderer().setClipRect(Zk::Box<int>{1, 1, 9, 9});
+    {
+        Glib::StateSaver saved;
+        a.canvas()->renderer().setClipRect(Zk::Box<int>{0, 0, 2, 2});
+        a.canvas()->renderer().translateCanvas(5, 5);
+        b.makeCanvasCurrent();
+        EXPECT_EQ(Glib::currentRenderer(), &b.canvas()->renderer());
+    }
+    EXPECT_EQ(Glib::currentRenderer(), &a.canvas()->renderer());
+    EXPECT_EQ(a.canvas()->renderer().getClipRect(), (Zk::Box<int>{1, 1, 9, 9}));
+    EXPECT_EQ(a.canvas()->renderer().getTranslation(), XY<int>(0, 0));
+
+    Glob* gone = new Glob(GlobCreationInfo(10, 10));
+    {
+        Glib::StateSaver saved;
+        gone->makeCanvasCurrent();
+        Glib::StateSaver inner;
+        delete gone;
+    }
+    EXPECT_EQ(Glib::currentRenderer(), &a.canvas()->renderer())
+        << "a deleted widget's canvas is not restored";
+}
+
+TEST(Canvas, FitTextShortensWithDots) {
+    FontDesc f = Glib::getDefaultFont();
+    WString longText(L"a rather long node name");
+    EXPECT_EQ(Glib::fitTextToWidth(longText, f, 10000), longText);
+    WString fitted = Glib::fitTextToWidth(longText, f, 60);
+    EXPECT_LE(Glib::textWidth(fitted, f), 60);
+    EXPECT_TRUE(fitted.view().size() > 2 && fitted.view().substr(fitted.size() - 2) == L"..");
+    EXPECT_TRUE(Glib::fitTextToWidth(longText, f, 1).empty());
+    int off = getFontYOffset(20, f);
+    EXPECT_GT(off, 0);
+    EXPECT_LT(off, 20);
+}
+
+TEST(Canvas, HeadlessPngHasBackgroundWhereItBelongs) {
+    Palette pal(Colour(0.0, 0.0, 1.0));
+    GlobCreationInfo info(80, 60);
+    info.palette = pal;
+    Painted g(info);
+    g.draw();
+    EXPECT_EQ(g.canvas()->pixel(2, 2) & 0xffffff, 0xff0000u) << "the red box sits at the bottom left";
+    EXPECT_EQ(g.canvas()->pixel(70, 50) & 0xffffff, 0x0000ffu);
+
+    std::string path = std::string(NODEDESK_BINARY_DIR) + "/toolkit-snapshot.png";
+    ASSERT_TRUE(g.saveSnapshot(path.c_str()));
+    QImage img(QString::fromStdString(path));
+    ASSERT_EQ(img.size(), QSize(80, 60));
+    EXPECT_EQ(img.pixelColor(2, 57), QColor(255, 0, 0)) << "y upward: the bottom rows of the picture";
+    EXPECT_EQ(img.pixelColor(2, 2), QColor(0, 0, 255));
+    std::remove(path.c_str());
+}

@@ -67,9 +67,12 @@ struct VobModification {
     VobModification() = default;
     explicit VobModification(unsigned f) : flags(f) {}
     VobModification(unsigned f, double t) : flags(f), time(t) {}
+    // A change that concerns a span of time, such as the region of a new effect.
+    VobModification(unsigned f, double t, double end) : flags(f), time(t), endTime(end) {}
 
     unsigned flags = 0;
     double time = 1e99;
+    double endTime = 1e99;
 };
 
 struct Ordered {};

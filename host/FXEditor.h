@@ -36,6 +36,11 @@ public:
     bool canConnectNodes(const EditGraphIterator& to, size_t input, const EditGraphIterator& from) const;
     bool connectNodes(EditGraphIterator& to, int input, const EditGraphIterator& from, bool announce);
     bool disconnectNodes(EditGraphIterator& to, int input, bool announce);
+    // The span a new effect would take: the module's region (its marks, or the event under the
+    // playhead on its channel, or the whole edit). `snapToFrames` and `accuracy` ask for frame
+    // times; this edit model keeps times exactly.
+    static NumRange<double> getRegionForNewEffect(const EditModule& module, bool snapToFrames, int accuracy);
+
     // Rotates the links of a node's inputs by one place: input i takes what input i+1 had.
     bool cycleInputs(EditGraphIterator& it, bool announce);
 

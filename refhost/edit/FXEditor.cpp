@@ -199,6 +199,10 @@ bool FXEditor::disconnectNodes(EditGraphIterator& to, int input, bool announce) 
     return true;
 }
 
+NumRange<double> FXEditor::getRegionForNewEffect(const EditModule& module, bool, int) {
+    return NumRange<double>(module.regionStart(), module.regionEnd());
+}
+
 bool FXEditor::cycleInputs(EditGraphIterator& it, bool announce) {
     Zk::Ptr<FXGraphNodeBase> n = it.getNode(-1);
     if (!n || n->getNumInputs() < 2)

@@ -1,0 +1,741 @@
+// The graph view frame: construction, the coordinate spaces, zoom and centre, scroll bars,
+// orientation, the timer count, the node list's placing and time span, and the notices.
+#include "graphview/FXGraphView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "graphnodes/FXGraphViewNode.h"
+#include "graphview/RootStacker.h"
+#include "host/Colour.h"
+#include "host/CutIterator.h"
+#include "host/EditorPreferences.h"
+#include "host/FXEditor.h"
+#include "host/GlibDraw.h"
+#include "host/MenuData.h"
+#include "host/MethodCallback.h"
+#include "host/OSServices.h"
+#include "host/RectDescription.h"
+#include "host/Resources.h"
+#include "host/TransitStatus.h"
+#include "host/UifStd.h"
+#include "host/Vob.h"
+#include "host/VobManager.h"
+#include "nodeui/NodeUIPosManager.h"
+
+using VidRouting::Orientations::BottomToTop;
+using VidRouting::Orientations::LeftToRight;
+using VidRouting::Orientations::Orientation;
+
+template class ValManager<double, FXGraphView>;
+
+namespace {
+
+constexpr double kNoTime = 1e99;
+
+StandardPanel::InitArgs panelArgs(const FXGraphView::InitArgs& a) {
+    StandardPanel::InitArgs p(a.width, a.height, Border(0, 0, 15));
+    p.canvas = a.canvas;
+    p.palette = a.palette;
+    p.config = a.config;
+    return p;
+}
+
+// Widens a box by a point, x and y tested apart: below the lower bound replaces it, else above
+// the upper bound replaces that.
+void widen(Zk::Box<double>& b, double x, double y) {
+    if (x < b.x1)
+        b.x1 = x;
+    else if (x > b.x2)
+        b.x2 = x;
+    if (y < b.y1)
+        b.y1 = y;
+    else if (y > b.y2)
+        b.y2 = y;
+}
+
+void widenByNode(Zk::Box<double>& b, const FXGraphViewNode& n) {
+    if (std::fabs(b.x2 - b.x1) * std::fabs(b.y2 - b.y1) == 0) {
+        b.x1 = n.getLeft();
+        b.y1 = n.getBottom();
+        b.x2 = n.getRight();
+        b.y2 = n.getTop();
+        return;
+    }
+    widen(b, n.getLeft(), n.getBottom());
+    widen(b, n.getRight(), n.getTop());
+}
+
+} // namespace
+
+FXGraphView::FXGraphView(const InitArgs& args)
+    : StandardPanel(panelArgs(args)), VobClient(Cookie(), args.vob, VobClient::kHighPriority, VobClient::kManaged),
+      zoomObserver_(this), centreObserver_(this), chanType_(args.chanType) {
+    viewCentre_.setVal(XY<double>(0.5, 0.5));
+    manualPosMode_.setVal(true);
+    viewZoom_.setVal(0.75);
+    reservedFlag_.setVal(false);
+    reservedVal1_.setVal(0.0);
+    reservedVal2_.setVal(0.0);
+    maxNodeWidth_ = 6 * UifStd::getRowHeight();
+    canvasMinX_ = canvasMinY_ = -1.0;
+    canvasMaxX_ = canvasMaxY_ = 1.0;
+    physicalScale_ = calcPhysicalScale(viewZoom_.getVal());
+
+    orientation_ = orientationFromString(prefs().getPreference(kOrientationPrefKey, kOrientationPrefDefault));
+
+    using ProjectEvent = NotifierEvent<Zk::CurrentProject::ChangeDescription>;
+    projectGuards_.push_back(Zk::CurrentProject::addListener(Zk::Ptr<iCallbackBase<int, ProjectEvent>>(
+        new MethodCallback<FXGraphView, ProjectEvent, int>(this, &FXGraphView::handleProjectStateChange))));
+
+    setManagementDetails(VobClient::kUnmanaged);
+
+    const int t = ScrollBar::thickness();
+    ScrollBar::InitArgs v(t, height() - t, ScrollBar::Vertical);
+    vertScrollBar_ = static_cast<ScrollBar*>(addChild(new ScrollBar(v), Glob::UserTopRight(0, 0)));
+    ScrollBar::InitArgs h(width() - t, t, ScrollBar::Horizontal);
+    horzScrollBar_ = static_cast<ScrollBar*>(addChild(new ScrollBar(h), Glob::UserBottomLeft(0, 0)));
+    vertScrollBar_->setStretchable(true);
+    horzScrollBar_->setStretchable(true);
+
+    zoomObserver_.registerWith(&viewZoom_);
+    centreObserver_.registerWith(&viewCentre_);
+
+    std::vector<IdStamp> chans;
+    if (args.vob && args.vob->edit())
+        args.vob->edit()->getChans(chans, static_cast<unsigned>(chanType_), 15);
+    setEditFocus(args.vob, chans.empty() ? IdStamp(0, 0, 0) : chans.front(), false);
+}
+
+FXGraphView::~FXGraphView() {
+    NodeUIManagerClient::registerWith(nullptr);
+    if (eTimeCount_ > 0) {
+        clearInterest(Glob::TimerInterest);
+        resetClipRect();
+    }
+}
+
+double FXGraphView::getEditTime() const { return vob() ? vob()->getCurrentTime(1) : 0.0; }
+
+bool FXGraphView::handleViewWinChange(ValServer<double>*, double&) { return true; }
+
+// --- the three spaces -----------------------------------------------------------------------------
+
+XY<double> FXGraphView::graphToViewSpace(double x, double y) const {
+    XY<double> r;
+    graphToViewSpace(x, y, r.x, r.y);
+    return r;
+}
+
+void FXGraphView::graphToViewSpace(double x, double y, double& vx, double& vy) const {
+    const Zk::Box<int> w = getWindowPos();
+    const double cx = static_cast<double>(w.x1 + w.x2) * 0.5;
+    const double cy = static_cast<double>(w.y1 + w.y2) * 0.5;
+    vx = (x - getViewCX()) * physicalScale_ + cx;
+    vy = (y - getViewCY()) * physicalScale_ + cy;
+}
+
+XY<double> FXGraphView::viewToGraphSpace(double x, double y) const {
+    XY<double> r;
+    viewToGraphSpace(x, y, r.x, r.y);
+    return r;
+}
+
+void FXGraphView::viewToGraphSpace(double x, double y, double& gx, double& gy) const {
+    const Zk::Box<int> w = getWindowPos();
+    const double cx = static_cast<double>(w.x1 + w.x2) * 0.5;
+    const double cy = static_cast<double>(w.y1 + w.y2) * 0.5;
+    gx = (x - cx) / physicalScale_ + getViewCX();
+    gy = (y - cy) / physicalScale_ + getViewCY();
+}
+
+XY<int> FXGraphView::graphToPixels(double x, double y) {
+    auto round = [](double v) {
+        const double w = v + 0.5;
+        return static_cast<int>(w > 0 ? w + 0.5 : w - 0.5);
+    };
+    return XY<int>(round(x), round(y));
+}
+
+Zk::Box<int, Zk::BottomUpTraits> FXGraphView::getWindowPos() const {
+    Zk::Box<int> b;
+    b.x1 = UifStd::getIndentWidth();
+    b.y1 = ScrollBar::thickness() + UifStd::getWidgetGap();
+    b.x2 = width() - UifStd::getWidgetGap() - ScrollBar::thickness();
+    b.y2 = height() - UifStd::getIndentWidth();
+    return b;
+}
+
+bool FXGraphView::clipRectToView(int& x1, int& y1, int& x2, int& y2) const {
+    const Zk::Box<int> w = getWindowPos();
+    if (x2 < w.x1 || x1 > w.x2 || y2 < w.y1 || y1 > w.y2) {
+        x1 = y1 = x2 = y2 = 0;
+        return false;
+    }
+    x1 = std::max(x1, w.x1);
+    y1 = std::max(y1, w.y1);
+    x2 = std::min(x2, w.x2);
+    y2 = std::min(y2, w.y2);
+    return true;
+}
+
+void FXGraphView::resetClipRect() { canvas()->renderer().setClipRect(getWindowPos()); }
+
+void FXGraphView::constrainToCanvas(double& x, double& y) const {
+    if (x > canvasMaxX_)
+        x = canvasMaxX_;
+    else if (x < canvasMinX_)
+        x = canvasMinX_;
+    if (y > canvasMaxY_)
+        y = canvasMaxY_;
+    else if (y < canvasMinY_)
+        y = canvasMinY_;
+}
+
+// --- scale and zoom -------------------------------------------------------------------------------
+
+double FXGraphView::calcPhysicalScale(double zoom) const {
+    const double maxScale = maxNodeWidth_ * 8.0;
+    const double fit = std::min(width() / (canvasMaxX_ - canvasMinX_), height() / (canvasMaxY_ - canvasMinY_));
+    const double minScale = std::min(maxScale, fit);
+    return (maxScale - minScale) * zoom + minScale;
+}
+
+double FXGraphView::fitViewToCanvRect(Zk::Box<double, Zk::BottomUpTraits>& box) const {
+    const double s0 = calcPhysicalScale(0.0);
+    const double s1 = calcPhysicalScale(1.0);
+    const double m = std::min((width() - 30) / (box.x2 - box.x1), (height() - 30) / (box.y2 - box.y1));
+    const double z = (m - s0) / (s1 - s0);
+    // On a canvas shown whole at full size s0 equals s1 and any zoom is the same: take 0.
+    if (!(z >= 0.0))
+        return 0.0;
+    return z > 1.0 ? 1.0 : z;
+}
+
+double FXGraphView::calcAutoScale(double& cx, double& cy) const {
+    Zk::Box<double> b = getGraphExtents();
+    cx = (b.x1 + b.x2) * 0.5;
+    cy = (b.y1 + b.y2) * 0.5;
+    return fitViewToCanvRect(b);
+}
+
+Zk::Box<double, Zk::BottomUpTraits> FXGraphView::getGraphExtents() const {
+    Zk::Box<double> b;
+    for (const auto& n : nodes_)
+        widenByNode(b, *n);
+    return b;
+}
+
+void FXGraphView::setViewZoom(double z) {
+    z = std::clamp(z, 0.0, 1.0);
+    physicalScale_ = calcPhysicalScale(z);
+    viewZoom_.setVal(z);
+}
+
+void FXGraphView::setViewCentre(double x, double y) {
+    constrainToCanvas(x, y);
+    viewCentre_.setVal(XY<double>(x, y));
+}
+
+void FXGraphView::setMaxNodeSize(int w) {
+    maxNodeWidth_ = w;
+    physicalScale_ = calcPhysicalScale(viewZoom_.getVal());
+}
+
+XY<int> FXGraphView::getNodeSize() const {
+    if (nodes_.empty())
+        return XY<int>(static_cast<int>(physicalScale_ * 0.125), static_cast<int>(physicalScale_ * 0.1));
+    const Zk::Box<int>& b = nodes_.front()->box_;
+    return XY<int>(std::abs(b.x2 - b.x1), std::abs(b.y2 - b.y1));
+}
+
+uint16_t FXGraphView::getEdgeThickness(eEdgeType type) const {
+    const float t = static_cast<float>(static_cast<float>(viewZoom_.getVal()) *
+                                       (static_cast<float>(UifStd::getRowHeight()) / 7.0));
+    int r = static_cast<int>(static_cast<double>(t) + 0.5);
+    if (r < 1)
+        r = 1;
+    if (type == EdgeOutline)
+        r += 1;
+    return static_cast<uint16_t>(r);
+}
+
+int FXGraphView::handleZoom(int direction) {
+    setViewZoom(direction > 0 ? viewZoom_.getVal() + 0.1 : viewZoom_.getVal() - 0.1);
+    update();
+    return 1;
+}
+
+void FXGraphView::resetView(FXGraphVieweRedrawFlag redraw, FXGraphViewRefitFlag refit) {
+    const bool moved = ensureNodeListVisible(getAllNodes(), refit);
+    if (moved || redraw == RedrawAlways)
+        update();
+}
+
+void FXGraphView::resize(double w, double h) {
+    StandardPanel::resize(w, h);
+    resetClipRect();
+    updateScrollbars(false);
+    const int t = ScrollBar::thickness();
+    if (horzScrollBar_)
+        horzScrollBar_->setWidth(width() - t);
+    if (vertScrollBar_)
+        vertScrollBar_->setHeight(height() - t);
+}
+
+void FXGraphView::updateScrollbars(bool redraw) {
+    const double s = physicalScale_;
+    if (horzScrollBar_ && !horzScrollBar_->isHeld()) {
+        const double viewW = width() / s;
+        const double span = (canvasMaxX_ - canvasMinX_) + viewW;
+        const bool a = horzScrollBar_->setThumbPos((getViewCX() - canvasMinX_) / span);
+        const bool b = horzScrollBar_->setThumbSize(viewW / span);
+        if (redraw && (a || b))
+            horzScrollBar_->redrawThumb();
+    }
+    if (vertScrollBar_ && !vertScrollBar_->isHeld()) {
+        const double viewH = height() / s;
+        const double span = (canvasMaxY_ - canvasMinY_) + viewH;
+        const double size = viewH / span;
+        // A bar's position runs downward, graph y upward.
+        const bool a = vertScrollBar_->setThumbPos(1.0 - ((getViewCY() - canvasMinY_) / span + size));
+        const bool b = vertScrollBar_->setThumbSize(size);
+        if (redraw && (a || b))
+            vertScrollBar_->redrawThumb();
+    }
+}
+
+int FXGraphView::handleMessageEvent(const LightweightString<char>& msg, Glob* from) {
+    if (from && (from == horzScrollBar_ || from == vertScrollBar_)) {
+        handleScrollbarMsg(static_cast<ScrollBar*>(from), msg);
+        return 1;
+    }
+    return StandardPanel::handleMessageEvent(msg, from);
+}
+
+void FXGraphView::handleScrollbarMsg(ScrollBar* bar, const LightweightString<char>& msg) {
+    const double w = width(), h = height(), s = physicalScale_;
+    const double s0 = calcPhysicalScale(0.0), s1 = calcPhysicalScale(1.0);
+    const double pos = bar->getThumbPos(), size = bar->getThumbSize();
+    double cx = getViewCX(), cy = getViewCY();
+    if (bar == horzScrollBar_) {
+        if (msg == ScrollBar::leftButtonPressedMsg) {
+            cx = getViewCX() - (w / s) / 3;
+        } else if (msg == ScrollBar::rightButtonPressedMsg) {
+            cx = getViewCX() + (w / s) / 3;
+        } else {
+            const double z = ((w - w / size) / (canvasMinX_ - canvasMaxX_) - s0) / (s1 - s0);
+            if (std::fabs(z - viewZoom_.getVal()) >= 1e-6) {
+                setViewZoom(z);
+                update();
+                updateScrollbars(true);
+                return;
+            }
+            cx = (pos / (1 - size)) * (canvasMaxX_ - canvasMinX_) + canvasMinX_;
+        }
+    } else {
+        if (msg == ScrollBar::upButtonPressedMsg) {
+            cy = getViewCY() + (h / s) / 3;
+        } else if (msg == ScrollBar::downButtonPressedMsg) {
+            cy = getViewCY() - (h / s) / 3;
+        } else {
+            double z = ((h - h / size) / (canvasMinY_ - canvasMaxY_) - s0) / (s1 - s0);
+            if (std::fabs(z - viewZoom_.getVal()) >= 1e-6) {
+                z = std::clamp(z, 0.0, 1.0);
+                setViewZoom(z);
+                update();
+                updateScrollbars(true);
+                return;
+            }
+            cy = ((1 - pos - size) / (1 - size)) * (canvasMaxY_ - canvasMinY_) + canvasMinY_;
+        }
+    }
+    setViewCentre(cx, cy);
+    update();
+    updateScrollbars(true);
+}
+
+void FXGraphView::enableETime() {
+    if (eTimeCount_ <= 0) {
+        setInterest(Glob::TimerInterest);
+        eTimeStamp_ = msecsNow() / 1000.0;
+    }
+    ++eTimeCount_;
+}
+
+void FXGraphView::disableETime() {
+    if (eTimeCount_ <= 0)
+        return;
+    if (--eTimeCount_ == 0)
+        clearInterest(Glob::TimerInterest);
+    resetClipRect();
+}
+
+int FXGraphView::getPrimaryChanIx() const { return edit_ ? edit_->getIdx(primaryChan_) : -1; }
+
+void FXGraphView::setOrientation(Orientation o, bool refit) {
+    if (o == orientation_)
+        return;
+    orientation_ = o;
+    if (auto manager = posManager())
+        manager->setOrientation(o);
+    prefs().setPreference(kOrientationPrefKey, orientationToString(o));
+    if (nodes_.empty())
+        return;
+    rotateNodes(o == LeftToRight ? -90.0 : 90.0);
+    if (refit) {
+        ensureNodeListVisible(getAllNodes(), RefitIfTooBigAndCentre);
+        update();
+    }
+}
+
+int FXGraphView::changeOrientation(const NotifyMsg& msg) {
+    WString chosen;
+    if (auto* change = dynamic_cast<MenuData::Change*>(msg.object().get()))
+        chosen = change->getText();
+    const bool equal = chosen == resourceStrW(11779);
+    setOrientation(equal ? LeftToRight : BottomToTop, true);
+    return 0;
+}
+
+// --- the node list ----------------------------------------------------------------------------------
+
+Zk::Ptr<NodeUIPosManager> FXGraphView::posManager() const { return NodeUIPosManager::getManagerFor(edit_); }
+
+void FXGraphView::setEditFocus(Vob* vob, const IdStamp& chan, bool alwaysRedraw) {
+    if (this->vob() && this->vob() != vob)
+        VobManager::instance().close(this, false);
+    if (vob)
+        VobManager::instance().open(this, Zk::Ptr<Vob>(vob));
+    edit_ = vob ? vob->edit() : EditPtr();
+    primaryChan_ = chan;
+    morphologyStart_ = morphologyEnd_ = kNoTime;
+    calcMorphologyExtents(getEditTime());
+
+    Zk::Ptr<NodeUIPosManager> manager = posManager();
+    if (manager) {
+        manager->setOrientation(orientation_);
+        NodeUIManagerClient::registerWith(manager.get());
+        manager->holdNotifications();
+    }
+    nodes_.clear();
+    recalcNodeList(true);
+    resetView(alwaysRedraw ? RedrawAlways : RedrawIfChanged, RefitAlways);
+    if (manager)
+        manager->releaseNotifications();
+}
+
+void FXGraphView::recalcNodeList(bool notifyGroup) {
+    if (draggingIFNode_)
+        return; // the list must not change under a connection drag
+    if (draggingNode_)
+        disableETime();
+    canvas()->renderer().setClipRect(getWindowPos());
+    draggingNode_ = nullptr;
+    draggingIFNode_ = nullptr;
+    reservedPair_[0] = reservedPair_[1] = 0;
+
+    Zk::Ptr<NodeUIPosManager> manager = posManager();
+    if (manager)
+        manager->holdNotifications();
+    std::vector<Zk::Ptr<FXGraphViewNode>> old = std::move(nodes_);
+    nodes_.clear();
+    // View nodes are made by the node kinds from the walk of every root; the carrying over of
+    // positions below works on whatever list they make.
+    for (const auto& n : nodes_) {
+        for (const auto& o : old) {
+            if (o->getId() == n->getId()) {
+                n->setPos(o->x(), o->y(), true);
+                break;
+            }
+        }
+    }
+    if (!manualPosMode_.getVal() || old.size() != nodes_.size())
+        RootStacker::tidyRoots(edit_, getEditTime(), getRoots(), XY<double>(0, 0), this);
+    setViewZoom(viewZoom_.getVal());
+    if (manager) {
+        manager->releaseNotifications();
+        if (notifyGroup)
+            manager->sendGeneralUpdateNotification("GroupUpdateMsg");
+    }
+}
+
+std::vector<IdStamp> FXGraphView::getRoots() const {
+    std::vector<IdStamp> out;
+    out.reserve(50);
+    const double time = getEditTime();
+    if (chanType_ == 1)
+        findAllRootNodeChans(edit_, time, out, kVideoChan);
+    else
+        out.push_back(primaryChan_);
+    FXEditor::findOrphanedComponents(edit_, time, out);
+    return out;
+}
+
+Vector<IdStamp> FXGraphView::getAllNodes() const {
+    Vector<IdStamp> ids;
+    for (const auto& n : nodes_)
+        ids.append(n->getId());
+    return ids;
+}
+
+FXGraphViewNode* FXGraphView::findViewRecForNode(const IdStamp& id) const {
+    for (const auto& n : nodes_)
+        if (n->getId() == id)
+            return n.get();
+    return nullptr;
+}
+
+NodeUIPosRec* FXGraphView::getPosRecForNode(const IdStamp& id) {
+    FXGraphViewNode* n = findViewRecForNode(id);
+    return n ? &n->pos_ : nullptr;
+}
+
+bool FXGraphView::ensureNodeListVisible(const Vector<IdStamp>& ids, FXGraphViewRefitFlag refit) {
+    Zk::Box<double> box;
+    box.x1 = box.x2 = getViewCX();
+    box.y1 = box.y2 = getViewCY();
+    for (const IdStamp& id : ids)
+        if (FXGraphViewNode* n = findViewRecForNode(id))
+            widenByNode(box, *n);
+    const double viewW = width() / physicalScale_;
+    const double viewH = height() / physicalScale_;
+    if (refit == RefitAlways || box.x2 - box.x1 > viewW || box.y2 - box.y1 > viewH) {
+        const double z = fitViewToCanvRect(box);
+        if (viewZoom_.getVal() > z)
+            setViewZoom(z);
+    }
+    if (refit == RefitIfTooBigAndCentre) {
+        setViewCentre((box.x1 + box.x2) * 0.5, (box.y1 + box.y2) * 0.5);
+        return true;
+    }
+    return false;
+}
+
+void FXGraphView::updateMinAndMaxPositions() {
+    minXNode_ = minYNode_ = maxXNode_ = maxYNode_ = nullptr;
+    for (const auto& n : nodes_) {
+        if (!minXNode_ || n->x() < minXNode_->x())
+            minXNode_ = n;
+        if (!minYNode_ || n->y() < minYNode_->y())
+            minYNode_ = n;
+        if (!maxXNode_ || n->x() > maxXNode_->x())
+            maxXNode_ = n;
+        if (!maxYNode_ || n->y() > maxYNode_->y())
+            maxYNode_ = n;
+    }
+    if (nodes_.empty())
+        return;
+    canvasMinX_ = minXNode_->x() - 0.5;
+    canvasMinY_ = minYNode_->y() - 0.5;
+    canvasMaxX_ = maxXNode_->x() + 0.5;
+    canvasMaxY_ = maxYNode_->y() + 0.5;
+    if (canvasMaxX_ - canvasMinX_ < 2.0) {
+        const double grow = (2.0 - (canvasMaxX_ - canvasMinX_)) * 0.5;
+        canvasMinX_ -= grow;
+        canvasMaxX_ += grow;
+    }
+    if (canvasMaxY_ - canvasMinY_ < 2.0) {
+        const double grow = (2.0 - (canvasMaxY_ - canvasMinY_)) * 0.5;
+        canvasMinY_ -= grow;
+        canvasMaxY_ += grow;
+    }
+}
+
+void FXGraphView::calcMorphologyExtents(double time) {
+    morphologyStart_ = -1e12;
+    morphologyEnd_ = 1e12;
+    if (!edit_)
+        return;
+    Vector<int> chans;
+    edit_->getChans(chans, static_cast<unsigned>(chanType_), 15);
+    if (chans.empty())
+        return;
+    const double start = edit_->getStartTime(), end = edit_->getEndTime();
+    if (time < start && !valEqualsVal(time, start)) {
+        morphologyEnd_ = start;
+        return;
+    }
+    if (time > end || valEqualsVal(time, end)) {
+        morphologyStart_ = end;
+        return;
+    }
+    morphologyEnd_ = end;
+    CutIterator fwd(edit_, chans, time, false);
+    if (fwd.valid()) {
+        if (valEqualsVal(fwd.editTime(), time))
+            ++fwd;
+        if (fwd.valid())
+            morphologyEnd_ = fwd.editTime();
+    }
+    CutIterator back(edit_, chans, morphologyEnd_, true);
+    if (!back.valid()) {
+        // The end of the first channel's cel, not its start: the next move rebuilds the list.
+        Zk::Ptr<Cel> cel = edit_->get_edit_cel_p(chans[0]);
+        morphologyStart_ = cel ? cel->get_end_time() : end;
+        return;
+    }
+    if (valEqualsVal(back.editTime(), morphologyEnd_))
+        --back;
+    if (back.valid())
+        morphologyStart_ = back.editTime();
+}
+
+void FXGraphView::rotateNodes(double degrees) {
+    constexpr double kPi = 3.14159265358979323846;
+    for (const auto& n : nodes_) {
+        const double x = n->x(), y = n->y();
+        if (x == 0 && y == 0)
+            continue;
+        double angle;
+        if (x == 0) {
+            angle = y > 0 ? 90.0 : 270.0;
+        } else if (y == 0) {
+            angle = x > 0 ? 0.0 : 180.0;
+        } else {
+            const double a = std::atan(std::fabs(y / x)) * 180.0 / kPi;
+            if (x > 0 && y > 0)
+                angle = a;
+            else if (x > 0)
+                angle = 360.0 - a;
+            else if (y > 0)
+                angle = 180.0 - a;
+            else
+                angle = 180.0 + a;
+        }
+        const double radius = std::sqrt(x * x + y * y);
+        const double turned = (angle + degrees) * kPi / 180.0;
+        n->pos_.setPos(std::cos(turned) * radius, std::sin(turned) * radius, false);
+    }
+}
+
+// --- drawing ----------------------------------------------------------------------------------------
+
+void FXGraphView::drawBackground() {
+    StandardPanel::drawBackground();
+    updateMinAndMaxPositions();
+    CanvasRenderer& r = canvas()->renderer();
+    if (r.isReadyToRender()) {
+        Zk::Box<int> area = getWindowPos();
+        const Zk::Box<int>& clip = r.getClipRect();
+        if (clip.width() != 0 && clip.height() != 0) {
+            area.x1 = std::max(area.x1, clip.x1);
+            area.y1 = std::max(area.y1, clip.y1);
+            area.x2 = std::min(area.x2, clip.x2);
+            area.y2 = std::min(area.y2, clip.y2);
+        }
+        if (area.x2 > area.x1 && area.y2 > area.y1) {
+            Glib::RectDescription fill;
+            fill.box = area;
+            fill.colour = fromColour(getPalette().window(0));
+            r.renderPrimitive(fill);
+            r.addModifiedArea(area);
+        }
+    }
+    // A node list for a span of time that the edit no longer reaches is not painted.
+    if (morphologyStart_ != kNoTime && edit_ &&
+        !(edit_->getEndTime() > morphologyStart_ && morphologyEnd_ > edit_->getStartTime()))
+        return;
+    drawPrimaryNodeHighlight();
+    drawConnections(EdgeOutline);
+    drawNodes();
+    drawConnections(EdgeMain);
+    drawDraggedConnection();
+}
+
+// The passes over nodes and connections are painted by the node kinds; with no view nodes they
+// have nothing to paint.
+void FXGraphView::drawPrimaryNodeHighlight() {}
+void FXGraphView::drawConnections(eEdgeType) {}
+void FXGraphView::drawNodes() {}
+void FXGraphView::drawDraggedConnection() {}
+
+// --- notices ----------------------------------------------------------------------------------------
+
+void FXGraphView::handleModifications(const EditModifications& mods, const VobModification& vobMod) {
+    static const EditModificationType kRebuild[] = {kModStructure, kModEffectApplied, kModRestored,
+                                                   kModNodesRemoved, kModReloaded, kModChannels, kModNone};
+    const double time = getEditTime();
+    if (!mods.empty() && mods.includesAnyOf(kRebuild)) {
+        morphologyStart_ = morphologyEnd_ = kNoTime;
+        recalcNodeList(false);
+        calcMorphologyExtents(time);
+        ensureNodeListVisible(getAllNodes(), RefitIfTooBig);
+        update();
+    } else if (!mods.empty() && mods.includes(18, 5)) {
+        recalcNodeList(false);
+        update();
+    } else if (!mods.empty() && mods.includes(18, 11)) {
+        update();
+    } else if (!mods.empty() && (mods.includes(16, 0) || mods.includes(18, 4))) {
+        update();
+    } else if (vobMod.flags & 0x8000) {
+        NodeUIManagerClient::registerWith(nullptr);
+    } else if (vobMod.flags & 0x20) {
+        setEditFocus(vob(), primaryChan_, true);
+    } else if (vobMod.flags & 0x8) {
+        if (vob() && vob()->anyUnjoinedCuts()) {
+            morphologyStart_ = morphologyEnd_ = kNoTime;
+            recalcNodeList(true);
+        }
+    } else if (vobMod.flags & 0x2) {
+        const bool fast = vob() && vob()->isRecording() && std::abs(TransitStatus::manager().speed()) >= 1024;
+        if (!fast) {
+            const double t = vobMod.time;
+            const bool inside = morphologyStart_ != kNoTime && morphologyEnd_ != kNoTime && morphologyStart_ <= t &&
+                                t <= morphologyEnd_ && !(std::fabs(t - morphologyEnd_) < 1e-6);
+            if (inside) {
+                if (vob() && !(vob()->stateWord() & 0x14))
+                    update();
+            } else {
+                recalcNodeList(false);
+                calcMorphologyExtents(t);
+                resetView(RedrawAlways, RefitIfTooBigAndCentre);
+            }
+        }
+    }
+    VobClient::handleModifications(mods, vobMod);
+}
+
+int FXGraphView::handleProjectStateChange(const NotifierEvent<Zk::CurrentProject::ChangeDescription>& event) {
+    if (event.value.flags & Zk::CurrentProject::kLookChanged)
+        draw();
+    else if (event.value.flags & Zk::CurrentProject::kPicturesChanged)
+        update();
+    return 0;
+}
+
+void FXGraphView::newNodeRecNotify(NodeUIRecBase*) { recalcNodeList(true); }
+
+void FXGraphView::nodeRecDeletedNotify(NodeUIRecBase*) {}
+
+void FXGraphView::generalUpdateNotify(LightweightString<char> message) {
+    if (message == "GroupUpdateMsg")
+        draw();
+}
+
+void FXGraphView::notifyValChanged(const ValObserverBase&) { updateScrollbars(true); }
+
+// --- drops ------------------------------------------------------------------------------------------
+
+bool FXGraphView::canAccept(DragDropItem* item, Glob::eDropReason reason) const {
+    // Only effect templates are taken, and they come with the template catalogue.
+    (void)item;
+    (void)reason;
+    return false;
+}
+
+bool FXGraphView::canAccept(DragDropItemType type, Glob::eDropReason) const {
+    if (type != kDragEffectTemplate || !vob() || vob() != Vob::getRecordMachine())
+        return false;
+    if (vob()->getMarkTime(65535) == kNoTime)
+        return true;
+    const NumRange<double> region = FXEditor::getRegionForNewEffect(vob()->getEditModule(), true, 1);
+    if (valEqualsVal(vob()->getCurrentTime(1), region.hi))
+        vob()->setChangeDescription(EditModifications(), VobModification(6, region.lo, region.hi));
+    return true;
+}
+
+bool FXGraphView::accept(DragDropItem*, Glob::eDropReason) { return false; }
+
+void FXGraphView::indicateAcceptability(DragDropItem*, eAcceptance) {}

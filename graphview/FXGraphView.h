@@ -1,0 +1,210 @@
+// FXGraphView: the canvas that shows the effect graph of the edit under the playhead. It holds
+// the three coordinate spaces (graph units, view pixels with y upward, whole pixels), the zoom
+// and centre as value servers, the canvas bounds, the scroll bars that stand for them, the
+// layout direction and the timer count. The view nodes and what draws and moves them stand on
+// this frame.
+#pragma once
+
+#include <list>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "graphview/FXGraphViewFlags.h"
+#include "host/DragDropDestination.h"
+#include "host/Edit.h"
+#include "host/NotifierEvent.h"
+#include "host/CurrentProject.h"
+#include "host/ScrollBar.h"
+#include "host/StandardPanel.h"
+#include "host/ValObserverClient.h"
+#include "host/VobClient.h"
+#include "nodeui/NodeUIManagerClient.h"
+#include "nodeui/NodeUIPosSource.h"
+#include "values/ValManager.h"
+#include "values/ValObserver.h"
+#include "values/ValServer.h"
+
+class FXGraphViewNode;
+class NodeUIPosManager;
+class NodeUIRecBase;
+class Vob;
+
+class FXGraphView : public StandardPanel,
+                    public VobClient,
+                    public NodeUIManagerClient,
+                    public ValManager<double, FXGraphView>,
+                    public ValObserverClient,
+                    public DragDropDestination,
+                    public NodeUIPosSource {
+public:
+    enum eEdgeType { EdgeMain = 0, EdgeOutline = 1 };
+
+    struct InitArgs : GlobCreationInfo {
+        InitArgs() = default;
+        InitArgs(int w, int h, Vob* v, int type = 1) : GlobCreationInfo(w, h), vob(v), chanType(type) {}
+        Vob* vob = nullptr;
+        int chanType = 1;
+    };
+
+    explicit FXGraphView(const InitArgs& args);
+    ~FXGraphView() override;
+    FXGraphView(const FXGraphView&) = delete;
+    FXGraphView& operator=(const FXGraphView&) = delete;
+
+    // --- accessors
+    double getViewCX() const { return viewCentre_.getVal().x; }
+    double getViewCY() const { return viewCentre_.getVal().y; }
+    ValServer<XY<double>>& getViewCentreSrv() { return viewCentre_; }
+    ValServer<double>& getViewZoom() { return viewZoom_; }
+    ValServer<bool>& manualPosMode() { return manualPosMode_; }
+    double getCanvasMinX() const { return canvasMinX_; }
+    double getCanvasMinY() const { return canvasMinY_; }
+    double getCanvasMaxX() const { return canvasMaxX_; }
+    double getCanvasMaxY() const { return canvasMaxY_; }
+    uint16_t getMaxNodeWidth() const { return static_cast<uint16_t>(maxNodeWidth_); }
+    VidRouting::Orientations::Orientation getOrientation() const override { return orientation_; }
+    bool getReadOnly() const { return readOnly_; }
+    void setReadOnly(bool r) { readOnly_ = r; }
+    const EditPtr& getEditH() const { return edit_; }
+    double getEditTime() const;
+    const UifColour& getBackgroundCol() const { return backgroundCol_; }
+    void setBackgroundCol(const UifColour& c) { backgroundCol_ = c; }
+    bool drawingOverview() const { return drawingOverview_; }
+    bool autoScrolling() const { return autoScrolling_; }
+    bool isETimeEnabled() const { return eTimeCount_ > 0; }
+    const Zk::Ptr<FXGraphViewNode>& draggingNode() const { return draggingNode_; }
+    const Zk::Ptr<FXGraphViewNode>& draggingIFNode() const { return draggingIFNode_; }
+    const Zk::Ptr<FXGraphViewNode>& fadingNewNode() const { return fadingNewNode_; }
+    double physicalScale() const { return physicalScale_; }
+    const IdStamp& primaryChan() const { return primaryChan_; }
+    double morphologyStart() const { return morphologyStart_; }
+    double morphologyEnd() const { return morphologyEnd_; }
+    ScrollBar* horzScrollBar() const { return horzScrollBar_; }
+    ScrollBar* vertScrollBar() const { return vertScrollBar_; }
+    // A value-manager callback that accepts every change as it is.
+    bool handleViewWinChange(ValServer<double>* server, double& value);
+
+    // --- the three spaces
+    XY<double> graphToViewSpace(double x, double y) const;
+    void graphToViewSpace(double x, double y, double& vx, double& vy) const;
+    XY<double> viewToGraphSpace(double x, double y) const;
+    void viewToGraphSpace(double x, double y, double& gx, double& gy) const;
+    double graphToViewDistance(double d) const { return d * physicalScale_; }
+    double viewToGraphDistance(double d) const { return d / physicalScale_; }
+    // Rounds view-space values to pixels with a deliberate half-pixel shift.
+    static XY<int> graphToPixels(double x, double y);
+    // The area the graph is drawn in: inside the indent, clear of the two scroll bars.
+    Zk::Box<int, Zk::BottomUpTraits> getWindowPos() const;
+    bool clipRectToView(int& x1, int& y1, int& x2, int& y2) const;
+    void resetClipRect();
+    void constrainToCanvas(double& x, double& y) const;
+    void constrainToCanvas(XY<double>& p) const { constrainToCanvas(p.x, p.y); }
+
+    // --- scale and zoom
+    double calcPhysicalScale(double zoom) const;
+    double fitViewToCanvRect(Zk::Box<double, Zk::BottomUpTraits>& box) const;
+    double calcAutoScale(double& cx, double& cy) const;
+    Zk::Box<double, Zk::BottomUpTraits> getGraphExtents() const;
+    virtual void setViewZoom(double z);
+    virtual void setViewCentre(double x, double y);
+    void setMaxNodeSize(int width);
+    XY<int> getNodeSize() const;
+    uint16_t getEdgeThickness(eEdgeType type) const;
+    int handleZoom(int direction) override;
+    void resetView(FXGraphVieweRedrawFlag redraw, FXGraphViewRefitFlag refit);
+    void resize(double w, double h) override;
+    void updateScrollbars(bool redraw);
+    int handleMessageEvent(const LightweightString<char>& msg, Glob* from) override;
+    void handleScrollbarMsg(ScrollBar* bar, const LightweightString<char>& msg);
+    void enableETime();
+    void disableETime();
+    int getPrimaryChanIx() const;
+    void setOrientation(VidRouting::Orientations::Orientation o, bool refit);
+    int changeOrientation(const NotifyMsg& msg);
+
+    // --- the node list, its placing and the span of time it holds for
+    void setEditFocus(Vob* vob, const IdStamp& chan, bool alwaysRedraw);
+    void recalcNodeList(bool notifyGroup);
+    std::vector<IdStamp> getRoots() const;
+    Vector<IdStamp> getAllNodes() const;
+    bool ensureNodeListVisible(const Vector<IdStamp>& ids, FXGraphViewRefitFlag refit);
+    FXGraphViewNode* findViewRecForNode(const IdStamp& id) const;
+    NodeUIPosRec* getPosRecForNode(const IdStamp& id) override;
+    void updateMinAndMaxPositions();
+    void calcMorphologyExtents(double time);
+    void rotateNodes(double degrees);
+    const std::vector<Zk::Ptr<FXGraphViewNode>>& nodes() const { return nodes_; }
+
+    // --- drawing
+    const char* idstring() const override { return "FXGraphView"; }
+    void drawBackground() override;
+    void drawPrimaryNodeHighlight();
+    void drawConnections(eEdgeType type);
+    void drawNodes();
+    void drawDraggedConnection();
+
+    // --- notices
+    void handleModifications(const EditModifications& mods, const VobModification& vobMod) override;
+    int handleProjectStateChange(const NotifierEvent<Zk::CurrentProject::ChangeDescription>& event);
+    void newNodeRecNotify(NodeUIRecBase* rec) override;
+    void nodeRecDeletedNotify(NodeUIRecBase* rec) override;
+    void generalUpdateNotify(LightweightString<char> message) override;
+    void notifyValChanged(const ValObserverBase& observer) override;
+
+    // --- drops: effect templates are taken once view nodes can receive them
+    bool canAccept(DragDropItem* item, Glob::eDropReason reason) const override;
+    bool canAccept(DragDropItemType type, Glob::eDropReason reason) const override;
+    bool accept(DragDropItem* item, Glob::eDropReason reason) override;
+    void indicateAcceptability(DragDropItem* item, eAcceptance acceptance) override;
+
+private:
+    Zk::Ptr<NodeUIPosManager> posManager() const;
+
+    bool suppressInputRecalc_ = false;
+    std::vector<Zk::Ptr<FXGraphViewNode>> nodes_;
+    EditPtr edit_;
+    ValServer<bool> reservedFlag_;
+    ValServer<bool> manualPosMode_;
+    UifColour backgroundCol_;
+    ValServer<XY<double>> viewCentre_;
+    double canvasMinX_ = -1.0;
+    double canvasMinY_ = -1.0;
+    double canvasMaxX_ = 1.0;
+    double canvasMaxY_ = 1.0;
+    ValServer<double> viewZoom_;
+    double physicalScale_ = 1.0;
+    bool drawingOverview_ = false;
+    int maxNodeWidth_ = 0;
+    ValServer<double> reservedVal1_;
+    ValServer<double> reservedVal2_;
+    Zk::Ptr<FXGraphViewNode> draggingNode_;
+    Zk::Ptr<FXGraphViewNode> draggingIFNode_;
+    uint64_t reservedPair_[2] = {0, 0};
+    Zk::Ptr<FXGraphViewNode> fadingNewNode_;
+    double fadeElapsed_ = 0.0;
+    int draggedIF_ = 0;
+    bool draggedIFIsInput_ = false;
+    int lastMousePos_[2] = {0, 0};
+    bool autoScrolling_ = false;
+    double eTimeStamp_ = 0.0;
+    int eTimeCount_ = 0;
+    IdStamp primaryChan_;
+    int dragOffset_[2] = {0, 0};
+    Zk::Ptr<FXGraphViewNode> minXNode_;
+    Zk::Ptr<FXGraphViewNode> minYNode_;
+    Zk::Ptr<FXGraphViewNode> maxXNode_;
+    Zk::Ptr<FXGraphViewNode> maxYNode_;
+    bool readOnly_ = false;
+    double morphologyStart_ = 1e99;
+    double morphologyEnd_ = 1e99;
+    std::map<std::pair<IdStamp, int64_t>, XY<double>> chanPositions_;
+    bool panning_ = false;
+    VidRouting::Orientations::Orientation orientation_ = VidRouting::Orientations::BottomToTop;
+    ScrollBar* horzScrollBar_ = nullptr;
+    ScrollBar* vertScrollBar_ = nullptr;
+    ValObserver<double> zoomObserver_;
+    ValObserver<XY<double>> centreObserver_;
+    int chanType_ = 1;
+    std::list<Zk::Ptr<Zk::Guard>> projectGuards_;
+};

@@ -1,0 +1,46 @@
+// The open project's change notices and picture shapes.
+#include "host/CurrentProject.h"
+
+#include "host/ImageAspect.h"
+#include "host/NotifyMsgTypeDictionary.h"
+
+namespace Zk {
+
+namespace {
+GenericNotifier<NotifierEvent<CurrentProject::ChangeDescription>>& projectNotifier() {
+    static GenericNotifier<NotifierEvent<CurrentProject::ChangeDescription>> n;
+    return n;
+}
+} // namespace
+
+Zk::Ptr<Zk::Guard> CurrentProject::addListener(
+    const Zk::Ptr<iCallbackBase<int, NotifierEvent<ChangeDescription>>>& cb) {
+    return projectNotifier().registerNotification(cb, NotifyMsgTypeDictionary::instance().defaultMsgType);
+}
+
+void CurrentProject::announce(unsigned flags) {
+    NotifierEvent<ChangeDescription> e;
+    e.value.flags = flags;
+    projectNotifier().call(e, NotifyMsgTypeDictionary::instance().defaultMsgType);
+}
+
+double getAspectRatio(Image::AspectRatio a) {
+    switch (a) {
+    case Image::Aspect4x3:
+        return 4.0 / 3.0;
+    case Image::AspectSquare:
+        return 1.0;
+    case Image::Aspect16x9:
+        return 16.0 / 9.0;
+    }
+    return 16.0 / 9.0;
+}
+
+} // namespace Zk
+
+#include "host/TransitStatus.h"
+
+TransitStatus& TransitStatus::manager() {
+    static TransitStatus t;
+    return t;
+}

@@ -84,6 +84,10 @@ public:
     const std::map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampLess>& nodes() const { return nodes_; }
     // A fresh id for a new node or channel.
     IdStamp newId();
+    // A fresh id for an internal track of a graph, in a range of its own (0.1.n).
+    IdStamp newTrackId();
+    // Makes sure later internal track ids do not repeat one read from a file.
+    void noteTrackId(const IdStamp& id);
 
     std::vector<EditMaterial>& materials() { return materials_; }
     const std::vector<EditMaterial>& materials() const { return materials_; }
@@ -116,4 +120,5 @@ private:
     EditModifications announced_;
     unsigned changeCount_ = 0;
     uint32_t nextId_ = 1;
+    uint32_t nextTrack_ = 1;
 };

@@ -17,8 +17,8 @@ public:
         noteChanged();
     }
 
-    // The number of track inputs, and the channel feeding track input k (invalid if none).
-    // Track inputs are the inputs marked as such, counted in input order.
+    // The number of track inputs (one per input), and the track feeding track input k: a
+    // channel's id, an internal track's id, or invalid for a slot without a track.
     uint16_t getNumTrackInputs() const;
     IdStamp getInputTrackId(uint16_t k) const;
 

@@ -1,6 +1,8 @@
 // FXGraphNodeBase: the base of everything in an effect graph. A node has an id, a name, the
-// channel type it carries, and a list of inputs; an input is open, linked to another node, or
-// fed by a track (a channel of the edit, resolved at the walk's time).
+// channel type it carries, and a list of inputs. Every input of an effect is a track input: its
+// track is a channel of the edit (whose content at the walk's time feeds it) or an internal track
+// of the graph, which carries a direct link to another node. An input without a node and without
+// a channel's content is open.
 #pragma once
 
 #include <vector>
@@ -13,8 +15,7 @@ class FXGraphNodeBase : public Taggable {
 public:
     struct Input {
         Zk::Ptr<FXGraphNodeBase> node; // a direct link, or null
-        IdStamp track;                 // the channel feeding a track input, or invalid
-        bool isTrack = false;          // this input is one of the node's track inputs
+        IdStamp track;                 // the channel or internal track feeding the input, or invalid
         bool ghost = false;            // entered only by walks that traverse ghosts
     };
 

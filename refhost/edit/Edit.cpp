@@ -143,6 +143,13 @@ IdStamp Edit::newId() {
     }
 }
 
+IdStamp Edit::newTrackId() { return IdStamp(0, 1, nextTrack_++); }
+
+void Edit::noteTrackId(const IdStamp& id) {
+    if (id.a() == 0 && id.b() == 1 && id.c() >= nextTrack_)
+        nextTrack_ = id.c() + 1;
+}
+
 const EditMaterial* Edit::findMaterial(const Cookie& c) const {
     for (const auto& m : materials_)
         if (m.cookie == c)
@@ -190,6 +197,7 @@ void Edit::copyStateFrom(const Edit& other) {
     materials_ = other.materials_;
     objects_ = other.objects_;
     nextId_ = other.nextId_;
+    nextTrack_ = other.nextTrack_;
 
     // Nodes are copied, then their links are pointed at the copies.
     std::map<const FXGraphNodeBase*, Zk::Ptr<FXGraphNodeBase>> copies;

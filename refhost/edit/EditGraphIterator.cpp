@@ -28,7 +28,7 @@ int consumerOf(const Edit& edit, int chan, double time) {
             for (const auto& in : n->inputs()) {
                 if (in.node)
                     stack.push_back(in.node.get());
-                else if (in.isTrack && in.track == chanId)
+                else if (in.track == chanId)
                     return c;
             }
         }
@@ -115,9 +115,9 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
         out.chan = at.chan;
         return true;
     }
-    if (in.isTrack && in.track.valid() && edit_) {
+    if (in.track.valid() && edit_) {
         int c = edit_->getIdx(in.track);
-        int ev = edit_->eventAt(c, time_);
+        int ev = edit_->eventAt(c, time_); // an internal track is no channel: -1
         if (ev < 0)
             return false;
         out.node = edit_->chan(c).cel->events()[static_cast<size_t>(ev)].node;

@@ -171,7 +171,9 @@ bool FXEditor::connectNodes(EditGraphIterator& to, int input, const EditGraphIte
     Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
     FXGraphNodeBase::Input& in = dst->input(static_cast<unsigned>(input));
     in.node = from.getNode(-1);
-    in.track = IdStamp();
+    // A link travels on an internal track; a channel's track gives its place to one.
+    if (!in.track.valid() || edit_->getIdx(in.track) >= 0)
+        in.track = edit_->newTrackId();
     dst->noteChanged();
     if (edit_)
         edit_->addModification(EditModifications(EditModification(5)), announce);
@@ -183,10 +185,13 @@ bool FXEditor::disconnectNodes(EditGraphIterator& to, int input, bool announce) 
     if (!dst || input < 0 || static_cast<unsigned>(input) >= dst->getNumInputs())
         return false;
     FXGraphNodeBase::Input& in = dst->input(static_cast<unsigned>(input));
-    if (!in.node && !in.track.valid())
+    const bool fromChannel = in.track.valid() && edit_ && edit_->getIdx(in.track) >= 0;
+    if (!in.node && !fromChannel)
         return false;
+    // The slot keeps a track of its own, so the layout keeps its place open.
     in.node = nullptr;
-    in.track = IdStamp();
+    if (fromChannel)
+        in.track = edit_->newTrackId();
     dst->noteChanged();
     if (edit_)
         edit_->addModification(EditModifications(EditModification(5)), announce);

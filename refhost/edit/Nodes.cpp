@@ -2,24 +2,10 @@
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/MaterialUsageNode.h"
 
-uint16_t EffectInstance_opu4h5a4j::getNumTrackInputs() const {
-    uint16_t n = 0;
-    for (const auto& in : inputs_)
-        if (in.isTrack)
-            ++n;
-    return n;
-}
+uint16_t EffectInstance_opu4h5a4j::getNumTrackInputs() const { return static_cast<uint16_t>(inputs_.size()); }
 
 IdStamp EffectInstance_opu4h5a4j::getInputTrackId(uint16_t k) const {
-    uint16_t seen = 0;
-    for (const auto& in : inputs_) {
-        if (!in.isTrack)
-            continue;
-        if (seen == k)
-            return in.track;
-        ++seen;
-    }
-    return IdStamp();
+    return k < inputs_.size() ? inputs_[k].track : IdStamp();
 }
 
 bool isPlainMaterial(FXGraphNodeBase* node) { return dynamic_cast<MaterialUsageNode*>(node) != nullptr; }

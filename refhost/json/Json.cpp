@@ -1,0 +1,463 @@
+// A strict JSON reader (RFC 8259) with positions, and a writer.
+#include "refhost/json/Json.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+namespace json {
+
+Value Value::boolean(bool b) {
+    Value v;
+    v.type_ = Bool;
+    v.bool_ = b;
+    return v;
+}
+Value Value::number(double d) {
+    Value v;
+    v.type_ = Number;
+    v.number_ = d;
+    return v;
+}
+Value Value::string(std::string s) {
+    Value v;
+    v.type_ = String;
+    v.string_ = std::move(s);
+    return v;
+}
+Value Value::array() {
+    Value v;
+    v.type_ = Array;
+    return v;
+}
+Value Value::object() {
+    Value v;
+    v.type_ = Object;
+    return v;
+}
+
+const Value* Value::find(const std::string& key) const {
+    for (const auto& m : members_)
+        if (m.first == key)
+            return &m.second;
+    return nullptr;
+}
+
+Value& Value::push(Value v) {
+    items_.push_back(std::move(v));
+    return items_.back();
+}
+
+Value& Value::set(const std::string& key, Value v) {
+    for (auto& m : members_)
+        if (m.first == key) {
+            m.second = std::move(v);
+            return m.second;
+        }
+    members_.emplace_back(key, std::move(v));
+    return members_.back().second;
+}
+
+namespace {
+
+class Reader {
+public:
+    Reader(const std::string& t, ParseError& e) : text_(t), err_(e) {}
+
+    bool document(Value& out) {
+        skipSpace();
+        if (!value(out, 0))
+            return false;
+        skipSpace();
+        if (pos_ < text_.size())
+            return fail("expected the end of the document");
+        return true;
+    }
+
+private:
+    bool fail(const std::string& what) {
+        err_.line = line_;
+        err_.column = static_cast<int>(pos_ - lineStart_) + 1;
+        err_.message = what;
+        return false;
+    }
+    int peek() const { return pos_ < text_.size() ? static_cast<unsigned char>(text_[pos_]) : -1; }
+    void skipSpace() {
+        while (pos_ < text_.size()) {
+            char c = text_[pos_];
+            if (c == '\n') {
+                ++line_;
+                lineStart_ = pos_ + 1;
+            } else if (c != ' ' && c != '\t' && c != '\r') {
+                break;
+            }
+            ++pos_;
+        }
+    }
+    bool literal(const char* word) {
+        size_t n = std::strlen(word);
+        if (text_.compare(pos_, n, word) != 0)
+            return fail(std::string("expected '") + word + "'");
+        pos_ += n;
+        return true;
+    }
+
+    bool value(Value& out, int depth) {
+        out.line = line_;
+        out.column = static_cast<int>(pos_ - lineStart_) + 1;
+        switch (peek()) {
+        case '{':
+            return object(out, depth);
+        case '[':
+            return array(out, depth);
+        case '"': {
+            std::string s;
+            if (!string(s))
+                return false;
+            int l = out.line, c = out.column;
+            out = Value::string(std::move(s));
+            out.line = l;
+            out.column = c;
+            return true;
+        }
+        case 't':
+        case 'f': {
+            bool b = peek() == 't';
+            if (!literal(b ? "true" : "false"))
+                return false;
+            int l = out.line, c = out.column;
+            out = Value::boolean(b);
+            out.line = l;
+            out.column = c;
+            return true;
+        }
+        case 'n':
+            return literal("null");
+        case -1:
+            return fail("expected a value, found the end of the text");
+        default:
+            if (peek() == '-' || (peek() >= '0' && peek() <= '9'))
+                return number(out);
+            return fail("expected a value");
+        }
+    }
+
+    bool object(Value& out, int depth) {
+        if (depth >= kMaxDepth)
+            return fail("nesting is deeper than " + std::to_string(kMaxDepth) + " levels");
+        int l = out.line, c = out.column;
+        out = Value::object();
+        out.line = l;
+        out.column = c;
+        ++pos_;
+        skipSpace();
+        if (peek() == '}') {
+            ++pos_;
+            return true;
+        }
+        for (;;) {
+            skipSpace();
+            if (peek() != '"')
+                return fail("expected a member name in double quotes");
+            std::string key;
+            if (!string(key))
+                return false;
+            skipSpace();
+            if (peek() != ':')
+                return fail("expected ':' after a member name");
+            ++pos_;
+            skipSpace();
+            Value v;
+            if (!value(v, depth + 1))
+                return false;
+            out.set(key, std::move(v));
+            skipSpace();
+            if (peek() == ',') {
+                ++pos_;
+                continue;
+            }
+            if (peek() == '}') {
+                ++pos_;
+                return true;
+            }
+            return fail("expected ',' or '}' after an object member");
+        }
+    }
+
+    bool array(Value& out, int depth) {
+        if (depth >= kMaxDepth)
+            return fail("nesting is deeper than " + std::to_string(kMaxDepth) + " levels");
+        int l = out.line, c = out.column;
+        out = Value::array();
+        out.line = l;
+        out.column = c;
+        ++pos_;
+        skipSpace();
+        if (peek() == ']') {
+            ++pos_;
+            return true;
+        }
+        for (;;) {
+            skipSpace();
+            Value v;
+            if (!value(v, depth + 1))
+                return false;
+            out.push(std::move(v));
+            skipSpace();
+            if (peek() == ',') {
+                ++pos_;
+                continue;
+            }
+            if (peek() == ']') {
+                ++pos_;
+                return true;
+            }
+            return fail("expected ',' or ']' after an array item");
+        }
+    }
+
+    bool hex4(unsigned& out) {
+        out = 0;
+        for (int i = 0; i < 4; ++i) {
+            int c = peek();
+            unsigned d;
+            if (c >= '0' && c <= '9')
+                d = static_cast<unsigned>(c - '0');
+            else if (c >= 'a' && c <= 'f')
+                d = static_cast<unsigned>(c - 'a' + 10);
+            else if (c >= 'A' && c <= 'F')
+                d = static_cast<unsigned>(c - 'A' + 10);
+            else
+                return fail("expected four hexadecimal digits after \\u");
+            out = out * 16 + d;
+            ++pos_;
+        }
+        return true;
+    }
+
+    static void putUtf8(std::string& s, unsigned cp) {
+        if (cp < 0x80) {
+            s.push_back(static_cast<char>(cp));
+        } else if (cp < 0x800) {
+            s.push_back(static_cast<char>(0xC0 | (cp >> 6)));
+            s.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+        } else if (cp < 0x10000) {
+            s.push_back(static_cast<char>(0xE0 | (cp >> 12)));
+            s.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
+            s.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+        } else {
+            s.push_back(static_cast<char>(0xF0 | (cp >> 18)));
+            s.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
+            s.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
+            s.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
+        }
+    }
+
+    bool string(std::string& out) {
+        ++pos_; // the opening quote
+        for (;;) {
+            int c = peek();
+            if (c == -1 || c == '\n')
+                return fail("expected '\"' to close the string");
+            ++pos_;
+            if (c == '"')
+                return true;
+            if (c < 0x20)
+                return fail("control character inside a string");
+            if (c != '\\') {
+                out.push_back(static_cast<char>(c));
+                continue;
+            }
+            int e = peek();
+            ++pos_;
+            switch (e) {
+            case '"': out.push_back('"'); break;
+            case '\\': out.push_back('\\'); break;
+            case '/': out.push_back('/'); break;
+            case 'b': out.push_back('\b'); break;
+            case 'f': out.push_back('\f'); break;
+            case 'n': out.push_back('\n'); break;
+            case 'r': out.push_back('\r'); break;
+            case 't': out.push_back('\t'); break;
+            case 'u': {
+                unsigned cp;
+                if (!hex4(cp))
+                    return false;
+                if (cp >= 0xD800 && cp < 0xDC00) {
+                    unsigned lo;
+                    if (peek() != '\\' || pos_ + 1 >= text_.size() || text_[pos_ + 1] != 'u')
+                        return fail("expected the second half of a surrogate pair");
+                    pos_ += 2;
+                    if (!hex4(lo) || lo < 0xDC00 || lo > 0xDFFF)
+                        return fail("expected the second half of a surrogate pair");
+                    cp = 0x10000 + ((cp - 0xD800) << 10) + (lo - 0xDC00);
+                }
+                putUtf8(out, cp);
+                break;
+            }
+            default:
+                --pos_;
+                return fail("unknown escape in a string");
+            }
+        }
+    }
+
+    bool number(Value& out) {
+        size_t start = pos_;
+        if (peek() == '-')
+            ++pos_;
+        if (peek() == '0') {
+            ++pos_;
+        } else if (peek() >= '1' && peek() <= '9') {
+            while (peek() >= '0' && peek() <= '9')
+                ++pos_;
+        } else {
+            return fail("expected a digit");
+        }
+        if (peek() == '.') {
+            ++pos_;
+            if (!(peek() >= '0' && peek() <= '9'))
+                return fail("expected a digit after the decimal point");
+            while (peek() >= '0' && peek() <= '9')
+                ++pos_;
+        }
+        if (peek() == 'e' || peek() == 'E') {
+            ++pos_;
+            if (peek() == '+' || peek() == '-')
+                ++pos_;
+            if (!(peek() >= '0' && peek() <= '9'))
+                return fail("expected a digit in the exponent");
+            while (peek() >= '0' && peek() <= '9')
+                ++pos_;
+        }
+        double d = 0.0;
+        auto r = std::from_chars(text_.data() + start, text_.data() + pos_, d);
+        if (r.ec != std::errc() || !std::isfinite(d)) {
+            pos_ = start;
+            return fail("number out of range");
+        }
+        int l = out.line, c = out.column;
+        out = Value::number(d);
+        out.line = l;
+        out.column = c;
+        return true;
+    }
+
+    const std::string& text_;
+    ParseError& err_;
+    size_t pos_ = 0;
+    size_t lineStart_ = 0;
+    int line_ = 1;
+};
+
+void writeString(std::string& out, const std::string& s) {
+    out.push_back('"');
+    for (unsigned char c : s) {
+        switch (c) {
+        case '"': out += "\\\""; break;
+        case '\\': out += "\\\\"; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        case '\t': out += "\\t"; break;
+        default:
+            if (c < 0x20) {
+                char buf[8];
+                std::snprintf(buf, sizeof buf, "\\u%04x", c);
+                out += buf;
+            } else {
+                out.push_back(static_cast<char>(c));
+            }
+        }
+    }
+    out.push_back('"');
+}
+
+bool isSimple(const Value& v) {
+    if (v.isArray()) {
+        for (const auto& i : v.items())
+            if (i.isArray() || i.isObject())
+                return false;
+        return v.items().size() <= 8;
+    }
+    if (v.isObject()) {
+        for (const auto& m : v.members())
+            if (m.second.isArray() || m.second.isObject())
+                return false;
+        return v.members().size() <= 6;
+    }
+    return true;
+}
+
+void writeValue(std::string& out, const Value& v, int indent) {
+    switch (v.type()) {
+    case Value::Null: out += "null"; break;
+    case Value::Bool: out += v.asBool() ? "true" : "false"; break;
+    case Value::Number: {
+        char buf[32];
+        auto r = std::to_chars(buf, buf + sizeof buf, v.asNumber());
+        out.append(buf, r.ptr);
+        break;
+    }
+    case Value::String: writeString(out, v.asString()); break;
+    case Value::Array:
+    case Value::Object: {
+        const bool obj = v.isObject();
+        const size_t n = obj ? v.members().size() : v.items().size();
+        if (n == 0) {
+            out += obj ? "{}" : "[]";
+            break;
+        }
+        // Short records of plain values stay on one line.
+        const bool flat = isSimple(v);
+        out.push_back(obj ? '{' : '[');
+        for (size_t i = 0; i < n; ++i) {
+            if (i)
+                out.push_back(',');
+            if (flat) {
+                if (i || obj)
+                    out.push_back(' ');
+            } else {
+                out.push_back('\n');
+                out.append(static_cast<size_t>(indent + 2), ' ');
+            }
+            if (obj) {
+                writeString(out, v.members()[i].first);
+                out += ": ";
+                writeValue(out, v.members()[i].second, indent + 2);
+            } else {
+                writeValue(out, v.items()[i], indent + 2);
+            }
+        }
+        if (flat) {
+            if (obj)
+                out.push_back(' ');
+        } else {
+            out.push_back('\n');
+            out.append(static_cast<size_t>(indent), ' ');
+        }
+        out.push_back(obj ? '}' : ']');
+        break;
+    }
+    }
+}
+
+} // namespace
+
+bool parse(const std::string& text, Value& out, ParseError& error) {
+    Reader r(text, error);
+    Value v;
+    if (!r.document(v))
+        return false;
+    out = std::move(v);
+    return true;
+}
+
+std::string write(const Value& v) {
+    std::string out;
+    writeValue(out, v, 0);
+    out.push_back('\n');
+    return out;
+}
+
+} // namespace json

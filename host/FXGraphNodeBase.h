@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "host/EditTypes.h"
+#include "host/EffectModification.h"
+#include "host/FXGraphNodeNotifier.h"
 #include "host/IdStamp.h"
 #include "host/Taggable.h"
 
@@ -38,8 +40,19 @@ public:
     const std::vector<Input>& inputs() const { return inputs_; }
 
     // Change counter, raised by every change of the node; stills and thumbnails key on it.
+    // Each change is also told to the node's clients (FXGraphNodeClient), at once or at the end
+    // of the batch it belongs to.
     unsigned changeCount() const { return changes_; }
-    void noteChanged() { ++changes_; }
+    void noteChanged() {
+        ++changes_;
+        notifier_.changed(EffectModification());
+    }
+
+    // Brackets a change of the node made of several steps: the clients hear once, at the end of
+    // the outermost bracket, with the modification given here.
+    void startBatchChange(const EffectModification& modification) { notifier_.startBatch(modification); }
+    void endBatchChange() { notifier_.endBatch(); }
+    FXGraphNodeNotifier& changeNotifier() { return notifier_; }
 
 protected:
     std::vector<Input> inputs_;
@@ -49,6 +62,7 @@ private:
     WString name_;
     EditChanType chanType_ = kVideoChan;
     unsigned changes_ = 0;
+    FXGraphNodeNotifier notifier_;
 };
 
 // True if the node is a bare source clip.

@@ -31,7 +31,7 @@ NodeUIRecBase::NodeUIRecBase(BuilderType b, const NodeUIRecBase& other)
 }
 
 NodeUIRecBase::NodeUIRecBase(const NodeUIRecBase& other)
-    : Zk::InternalRefCount(), iVirtual(), iObject(), DLListRec(), FXGraphNodeClient(), NotifyWithDisable(),
+    : iVirtual(), Zk::InternalRefCount(), iObject(), DLListRec(), FXGraphNodeClient(), NotifyWithDisable(),
       Streamable(other), manager_(other.manager_), nodeId_(other.nodeId_), hostEditCookie_(other.hostEditCookie_) {
     revisionMajor_ = other.revisionMajor_;
     revisionMinor_ = other.revisionMinor_;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/strm/ChainShape.h"
+#include "refhost/stream/ChainShape.h"
 #include "app/strm/LayerPrinter.h"
 #include "host/Log.h"
 #include "host/PStream.h"

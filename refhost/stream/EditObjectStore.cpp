@@ -6,6 +6,8 @@
 #include "host/StreamClassRegistrar.h"
 #include "host/StreamFile.h"
 #include "host/Taggable.h"
+#include "refhost/edit/EditFile.h"
+#include "refhost/stream/ChainShape.h"
 
 namespace {
 
@@ -16,7 +18,50 @@ bool readString(StreamFile& f, std::string& out) {
     return f.getUnsignedLong(n) && f.getBytes(out, n);
 }
 
+// Builds one object from its own bytes; null with the reason on failure.
+Zk::Ptr<Taggable> buildObject(const std::string& className, const std::string& bytes, std::string& error) {
+    const StreamClassRegistrar* cls = StreamClassRegistrar::find(String(className));
+    if (!cls) {
+        error = "unknown class " + (className.empty() ? std::string("(no chain of layers)") : className);
+        return nullptr;
+    }
+    StreamFile f(bytes);
+    PStream s(&f);
+    Zk::Ptr<Taggable> obj = Zk::dynamicCast<Taggable>(cls->builder()(s));
+    if (s.inError()) {
+        error = s.errors.str();
+        return nullptr;
+    }
+    if (!obj)
+        error = className + " is not an object of an edit";
+    return obj;
+}
+
+// The edit file carries each object as the bytes of its chain.
+const bool codecInstalled = [] {
+    EditFile::setObjectCodec({&packEditObject, &unpackEditObject});
+    return true;
+}();
+
 } // namespace
+
+std::string packEditObject(const Edit& edit, const std::string& key) {
+    Zk::Ptr<Taggable> obj = edit.openObjectInternal(String(key));
+    if (!obj)
+        return std::string();
+    StreamFile f;
+    PStream s(&f);
+    s << *obj;
+    return f.bytes();
+}
+
+bool unpackEditObject(Edit& edit, const std::string& key, const std::string& bytes, std::string& error) {
+    Zk::Ptr<Taggable> obj = buildObject(ChainShape(bytes).shortPath(), bytes, error);
+    if (!obj)
+        return false;
+    edit.bindObjectToEdit(obj, String(key));
+    return true;
+}
 
 bool isEditObjectStore(const std::string& bytes) {
     StreamFile f(bytes);
@@ -88,19 +133,12 @@ bool unpackEditObjects(Edit& edit, const std::string& bytes, std::string& error)
         return false;
     std::string errors;
     for (const auto& stored : objects) {
-        const StreamClassRegistrar* cls = StreamClassRegistrar::find(String(stored.className));
-        if (!cls) {
-            errors += "object '" + stored.key + "': unknown class " + stored.className + "\n";
-            continue;
-        }
-        StreamFile f(stored.bytes);
-        PStream s(&f);
-        Zk::Ptr<Taggable> obj = Zk::dynamicCast<Taggable>(cls->builder()(s));
-        if (!obj || s.inError()) {
-            errors += "object '" + stored.key + "': " + (s.inError() ? s.errors.str() : "not built") + "\n";
-            continue;
-        }
-        edit.bindObjectToEdit(obj, String(stored.key));
+        std::string why;
+        Zk::Ptr<Taggable> obj = buildObject(stored.className, stored.bytes, why);
+        if (obj)
+            edit.bindObjectToEdit(obj, String(stored.key));
+        else
+            errors += "object '" + stored.key + "': " + why + "\n";
     }
     error = errors;
     return errors.empty();

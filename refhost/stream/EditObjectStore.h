@@ -28,6 +28,12 @@ bool splitEditObjects(const std::string& bytes, std::vector<StoredObjectBytes>& 
 
 // Packs every object of the edit, in the order of their keys.
 std::string packEditObjects(const Edit& edit);
+// One object's bytes for the edit file: its chain of layers alone, whose root chain of short
+// names ("$.T.N.J") names its class. Empty when nothing is bound under `key`.
+std::string packEditObject(const Edit& edit, const std::string& key);
+// Builds an object from its chain through the table of classes and binds it under `key`.
+bool unpackEditObject(Edit& edit, const std::string& key, const std::string& bytes, std::string& error);
+
 // Builds each object through the table of classes and binds it to the edit under its key,
 // replacing what was bound there. Objects that fail are left out and their errors collected;
 // false when anything failed.

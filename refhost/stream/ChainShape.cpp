@@ -1,5 +1,5 @@
 // Reading the shape of a chain of layers from its headers.
-#include "app/strm/ChainShape.h"
+#include "refhost/stream/ChainShape.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -18,15 +18,54 @@
 
 namespace {
 
+std::vector<std::string> segments(const std::string& path) {
+    std::vector<std::string> out;
+    std::size_t from = 0;
+    for (std::size_t dot = path.find('.'); dot != std::string::npos; dot = path.find('.', from)) {
+        out.push_back(path.substr(from, dot - from));
+        from = dot + 1;
+    }
+    out.push_back(path.substr(from));
+    return out;
+}
+
+// The registered class whose chain agrees longest with `path`, by short or long names; among
+// equals the one with the longest chain. A cut or broken file is thus read as the class it most
+// likely holds, and the reader says what is wrong with it.
+const StreamClassRegistrar* closestClass(const std::string& path) {
+    const std::vector<std::string> want = segments(path);
+    const StreamClassRegistrar* best = nullptr;
+    std::size_t bestAgree = 0, bestLength = 0;
+    for (const StreamClassRegistrar* cls : StreamClassRegistrar::all()) {
+        std::vector<std::string> shortNames = segments(cls->shortName().str());
+        std::vector<std::string> longNames = segments(cls->longName().str());
+        std::size_t agree = 0;
+        while (agree < want.size() && agree < shortNames.size() &&
+               (want[agree] == shortNames[agree] || want[agree] == longNames[agree]))
+            ++agree;
+        if (agree > bestAgree || (agree == bestAgree && agree > 0 && shortNames.size() > bestLength)) {
+            best = cls;
+            bestAgree = agree;
+            bestLength = shortNames.size();
+        }
+    }
+    return best;
+}
+
 // Reads one object's chain through the table of classes, printing as it goes. True when the
 // reader reported no error.
 bool dumpObject(const std::string& bytes, const std::string& className, int indent) {
     ChainShape shape(bytes);
     std::string name = className.empty() ? shape.shortPath() : className;
     const StreamClassRegistrar* cls = StreamClassRegistrar::find(String(name));
-    if (!cls) {
-        std::printf("%*sunknown class %s\n", indent, "", name.empty() ? "(none)" : name.c_str());
-        return false;
+    if (!cls || (className.empty() && !shape.complete())) {
+        cls = closestClass(name);
+        if (!cls) {
+            std::printf("%*sunknown class %s\n", indent, "", name.empty() ? "(none)" : name.c_str());
+            return false;
+        }
+        std::printf("%*sno class has the chain %s; reading it as %s\n", indent, "", name.c_str(),
+                    cls->longName().c_str());
     }
     StreamFile f(bytes);
     PStream s(&f);

@@ -53,10 +53,13 @@ ChainShape::ChainShape(const std::string& bytes) {
     int format = 2;
     String name;
     unsigned layerSize = 0, chunkSize = 0;
-    if (!readHeader(s, format, name, layerSize, chunkSize) || (name != "$" && name != "Streamable"))
+    bool whole = readHeader(s, format, name, layerSize, chunkSize);
+    if (name != "$" && name != "Streamable")
         return;
     startsWithRoot_ = true;
     path_ = name.str();
+    if (!whole)
+        return;
     const uint64_t rootEnd = uint64_t{f.position()} + chunkSize;
     uint64_t next = uint64_t{f.position()} + layerSize;
     // Each header takes bytes, so the walk ends with the root's chunk.
@@ -67,4 +70,5 @@ ChainShape::ChainShape(const std::string& bytes) {
         path_ += "." + name.str();
         next = uint64_t{f.position()} + layerSize;
     }
+    complete_ = next == rootEnd && rootEnd <= f.size();
 }

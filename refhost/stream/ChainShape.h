@@ -14,8 +14,11 @@ public:
     // True when the bytes begin with a root layer ("$" or "Streamable").
     bool startsWithRoot() const { return startsWithRoot_; }
     const std::string& shortPath() const { return path_; }
+    // True when the walk ended exactly at the end of the root's chunk: no header was cut.
+    bool complete() const { return complete_; }
 
 private:
     bool startsWithRoot_ = false;
+    bool complete_ = false;
     std::string path_;
 };

@@ -20,11 +20,17 @@ int NodeUIManagerBase::generalMsgType_ = NotifyMsgTypeDictionary::instance().int
 
 STRM_DEFINE_LAYER(NodeUIManagerBase, "N");
 
-NodeUIManagerBase::NodeUIManagerBase() { init(EditPtr()); }
+NodeUIManagerBase::NodeUIManagerBase() {
+    init(EditPtr());
+}
 
-NodeUIManagerBase::NodeUIManagerBase(const EditPtr& edit) { init(edit); }
+NodeUIManagerBase::NodeUIManagerBase(const EditPtr& edit) {
+    init(edit);
+}
 
-NodeUIManagerBase::NodeUIManagerBase(BuilderType b) : Taggable(b) { init(EditPtr()); }
+NodeUIManagerBase::NodeUIManagerBase(BuilderType b) : Taggable(b) {
+    init(EditPtr());
+}
 
 NodeUIManagerBase::NodeUIManagerBase(BuilderType b, const NodeUIManagerBase& other)
     : Taggable(b, other), NotifyWithDisable() {
@@ -34,20 +40,24 @@ NodeUIManagerBase::NodeUIManagerBase(BuilderType b, const NodeUIManagerBase& oth
 }
 
 NodeUIManagerBase::NodeUIManagerBase(const NodeUIManagerBase& other)
-    : Zk::InternalRefCount(), iVirtual(), iObject(), Taggable(other), NotifyWithDisable(other), recs_(other.recs_),
-      editH_(other.editH_) {
+    : Zk::InternalRefCount(), iVirtual(), iObject(), Taggable(other), NotifyWithDisable(other),
+      recs_(other.recs_), editH_(other.editH_) {
     revisionMajor_ = other.revisionMajor_;
     revisionMinor_ = other.revisionMinor_;
 }
 
-NodeUIManagerBase::~NodeUIManagerBase() { flushList(); }
+NodeUIManagerBase::~NodeUIManagerBase() {
+    flushList();
+}
 
 void NodeUIManagerBase::init(const EditPtr& edit) {
     recs_.ownsRecords(false);
     editH_ = edit;
 }
 
-NodeUIRecBase* NodeUIManagerBase::firstRec() const { return static_cast<NodeUIRecBase*>(recs_.first()); }
+NodeUIRecBase* NodeUIManagerBase::firstRec() const {
+    return static_cast<NodeUIRecBase*>(recs_.first());
+}
 
 NodeUIRecBase* NodeUIManagerBase::nextRec(const NodeUIRecBase* rec) const {
     return rec && rec->list() == &recs_ ? static_cast<NodeUIRecBase*>(rec->next()) : nullptr;
@@ -124,9 +134,13 @@ void NodeUIManagerBase::send(NodeUIRecBase* rec, int type) {
     getNotify().call(NotifyMsg(stringFormat("%p", static_cast<void*>(rec))), type);
 }
 
-void NodeUIManagerBase::sendRecAddedNotification(NodeUIRecBase* rec) { send(rec, recAddedMsgType_); }
+void NodeUIManagerBase::sendRecAddedNotification(NodeUIRecBase* rec) {
+    send(rec, recAddedMsgType_);
+}
 
-void NodeUIManagerBase::sendRecDeleteNotification(NodeUIRecBase* rec) { send(rec, recDeletedMsgType_); }
+void NodeUIManagerBase::sendRecDeleteNotification(NodeUIRecBase* rec) {
+    send(rec, recDeletedMsgType_);
+}
 
 void NodeUIManagerBase::sendGeneralUpdateNotification(LightweightString<char> text) {
     if (disabled_ != 0)
@@ -134,7 +148,9 @@ void NodeUIManagerBase::sendGeneralUpdateNotification(LightweightString<char> te
     getNotify().call(NotifyMsg(text), generalMsgType_);
 }
 
-NodeUIRecBase* NodeUIManagerBase::createNewNodeRec(NodeUIManagerBase*) const { return nullptr; }
+NodeUIRecBase* NodeUIManagerBase::createNewNodeRec(NodeUIManagerBase*) const {
+    return nullptr;
+}
 
 void NodeUIManagerBase::pack(PStream& s) const {
     const_cast<NodeUIManagerBase*>(this)->removeDeadNodes();

@@ -26,12 +26,15 @@ void NodeUIManagerClient::registerWith(NodeUIManagerBase* manager) {
     if (!manager)
         return;
     NotifyWithDisable& notifier = manager->getNotify();
-    addedGuard_ = notifier.registerNotification(new Callback(this, &NodeUIManagerClient::newRecNotifyInternal),
-                                                NodeUIManagerBase::getRecAddedMsgType());
-    deletedGuard_ = notifier.registerNotification(new Callback(this, &NodeUIManagerClient::recDelNotifyInternal),
-                                                  NodeUIManagerBase::getRecDeletedMsgType());
-    generalGuard_ = notifier.registerNotification(new Callback(this, &NodeUIManagerClient::generalNotifyInternal),
-                                                  NodeUIManagerBase::getGeneralMsgType());
+    addedGuard_ =
+        notifier.registerNotification(new Callback(this, &NodeUIManagerClient::newRecNotifyInternal),
+                                      NodeUIManagerBase::getRecAddedMsgType());
+    deletedGuard_ =
+        notifier.registerNotification(new Callback(this, &NodeUIManagerClient::recDelNotifyInternal),
+                                      NodeUIManagerBase::getRecDeletedMsgType());
+    generalGuard_ =
+        notifier.registerNotification(new Callback(this, &NodeUIManagerClient::generalNotifyInternal),
+                                      NodeUIManagerBase::getGeneralMsgType());
 }
 
 int NodeUIManagerClient::newRecNotifyInternal(const NotifyMsg& msg) {

@@ -18,7 +18,8 @@ NodeUIPosManager::NodeUIPosManager(const EditPtr& edit) : NodeUIManagerBase(edit
 
 NodeUIPosManager::NodeUIPosManager(BuilderType b) : NodeUIManagerBase(b) {}
 
-NodeUIPosManager::NodeUIPosManager(BuilderType b, const NodeUIPosManager& other) : NodeUIManagerBase(b, other) {
+NodeUIPosManager::NodeUIPosManager(BuilderType b, const NodeUIPosManager& other)
+    : NodeUIManagerBase(b, other) {
     revisionMajor_ = other.revisionMajor_;
     revisionMinor_ = other.revisionMinor_;
 }
@@ -39,7 +40,8 @@ NodeUIPosManager& NodeUIPosManager::operator=(const NodeUIPosManager& other) {
 Zk::Ptr<NodeUIPosManager> NodeUIPosManager::getManagerFor(EditPtr edit) {
     if (!edit)
         return nullptr;
-    Zk::Ptr<NodeUIPosManager> manager = Zk::dynamicCast<NodeUIPosManager>(edit->openObjectInternal(kManagerKey));
+    Zk::Ptr<NodeUIPosManager> manager =
+        Zk::dynamicCast<NodeUIPosManager>(edit->openObjectInternal(kManagerKey));
     if (manager) {
         manager->setEdit(edit);
         return manager;

@@ -8,17 +8,22 @@
 
 STRM_DEFINE_LAYER(NodeUIPosRec, "K");
 
-NodeUIPosRec::NodeUIPosRec() { startAtOrigin(); }
+NodeUIPosRec::NodeUIPosRec() {
+    startAtOrigin();
+}
 
 NodeUIPosRec::NodeUIPosRec(NodeUIManagerBase* manager, const IdStamp& id, const Cookie& hostEdit)
     : NodeUIRecBase(manager, id, hostEdit) {
     startAtOrigin();
 }
 
-NodeUIPosRec::NodeUIPosRec(BuilderType b) : NodeUIRecBase(b) { startAtOrigin(); }
+NodeUIPosRec::NodeUIPosRec(BuilderType b) : NodeUIRecBase(b) {
+    startAtOrigin();
+}
 
 // The servers are fresh: the position is not copied.
-NodeUIPosRec::NodeUIPosRec(BuilderType b, const NodeUIPosRec& other) : NodeUIRecBase(b, other), MultiValClient() {
+NodeUIPosRec::NodeUIPosRec(BuilderType b, const NodeUIPosRec& other)
+    : NodeUIRecBase(b, other), MultiValClient() {
     revisionMajor_ = other.revisionMajor_;
     revisionMinor_ = other.revisionMinor_;
     startAtOrigin();
@@ -68,7 +73,9 @@ void NodeUIPosRec::setAnchor(double x, double y) {
     hasAnchor_ = true;
 }
 
-void NodeUIPosRec::handleValChanged(ValServer<double>*) { sendUpdateNotification(); }
+void NodeUIPosRec::handleValChanged(ValServer<double>*) {
+    sendUpdateNotification();
+}
 
 void NodeUIPosRec::pack(PStream& s) const {
     StreamFile& f = *s.file;

@@ -32,7 +32,8 @@ NodeUIRecBase::NodeUIRecBase(BuilderType b, const NodeUIRecBase& other)
 
 NodeUIRecBase::NodeUIRecBase(const NodeUIRecBase& other)
     : iVirtual(), Zk::InternalRefCount(), iObject(), DLListRec(), FXGraphNodeClient(), NotifyWithDisable(),
-      Streamable(other), manager_(other.manager_), nodeId_(other.nodeId_), hostEditCookie_(other.hostEditCookie_) {
+      Streamable(other), manager_(other.manager_), nodeId_(other.nodeId_),
+      hostEditCookie_(other.hostEditCookie_) {
     revisionMajor_ = other.revisionMajor_;
     revisionMinor_ = other.revisionMinor_;
 }
@@ -51,7 +52,8 @@ void NodeUIRecBase::registerWithNode() {
     EditPtr edit = manager_->editH_;
     if (!edit)
         return;
-    Zk::Ptr<FXGraphNodeBase> node = Zk::dynamicCast<FXGraphNodeBase>(edit->tagBag().openObject(nodeId_).instance());
+    Zk::Ptr<FXGraphNodeBase> node =
+        Zk::dynamicCast<FXGraphNodeBase>(edit->tagBag().openObject(nodeId_).instance());
     if (!node)
         return;
     FXGraphNodeClient::registerWith(node.get());

@@ -14,7 +14,10 @@ class NodeUIManagerBase;
 // Owned by its manager's list. It watches its node once the manager has an edit, but hears
 // nothing of the node's death: the manager's sweep finds dead records. Updates go to
 // NodeUIRecClient objects unless the record's disabled_ is raised.
-class NodeUIRecBase : public DLListRec, public FXGraphNodeClient, public NotifyWithDisable, public Streamable {
+class NodeUIRecBase : public DLListRec,
+                      public FXGraphNodeClient,
+                      public NotifyWithDisable,
+                      public Streamable {
 public:
     NodeUIRecBase();
     NodeUIRecBase(const NodeUIRecBase& other);

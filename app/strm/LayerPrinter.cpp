@@ -12,16 +12,17 @@ void LayerPrinter::layerHeader(const LayerHeader& h) {
         return;
     Level& level = levels_.back();
     ++level.layers;
-    std::fprintf(out_, "%*s%s v%u.%u layer %u chunk %u at %u (format %d)\n", level.indent + 2 * level.layers, "",
-                 h.shortName.empty() ? "\"\"" : h.shortName.c_str(), h.major, h.minor, h.layerSize, h.chunkSize,
-                 h.start, h.format);
+    std::fprintf(out_, "%*s%s v%u.%u layer %u chunk %u at %u (format %d)\n", level.indent + 2 * level.layers,
+                 "", h.shortName.empty() ? "\"\"" : h.shortName.c_str(), h.major, h.minor, h.layerSize,
+                 h.chunkSize, h.start, h.format);
 }
 
 void LayerPrinter::objectEnd(int status, unsigned position) {
     if (levels_.empty())
         return;
     if (status != 2 && status != 3)
-        std::fprintf(out_, "%*sobject ends with status %d at %u\n", levels_.back().indent, "", status, position);
+        std::fprintf(out_, "%*sobject ends with status %d at %u\n", levels_.back().indent, "", status,
+                     position);
     levels_.pop_back();
 }
 

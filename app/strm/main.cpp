@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "refhost/stream/ChainShape.h"
 #include "app/strm/LayerPrinter.h"
 #include "host/Log.h"
 #include "host/PStream.h"
@@ -14,6 +13,7 @@
 #include "host/StreamFile.h"
 #include "host/Streamable.h"
 #include "nodeui/NodeUIPosManager.h"
+#include "refhost/stream/ChainShape.h"
 #include "refhost/stream/EditObjectStore.h"
 
 namespace {
@@ -79,7 +79,8 @@ bool dumpObject(const std::string& bytes, const std::string& className, int inde
     Zk::Ptr<Streamable> obj = cls->builder()(s);
     setLogSink(nullptr);
     if (s.inError())
-        std::printf("%*serror: %s%s", indent, "", s.errors.c_str(), s.errors.str().back() == '\n' ? "" : "\n");
+        std::printf("%*serror: %s%s", indent, "", s.errors.c_str(),
+                    s.errors.str().back() == '\n' ? "" : "\n");
     if (!obj)
         std::printf("%*sthe object was dropped\n", indent, "");
     if (!f.eof())

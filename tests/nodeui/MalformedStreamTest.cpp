@@ -63,29 +63,35 @@ TEST(MalformedStreams, EachFileGivesItsStatusAndWords) {
     };
     const Case cases[] = {
         {"truncated-in-header", "$.T.N.J", 8,
-         "Unexpected end-of-file while unpacking Streamable.Taggable.NodeUIManagerBase.NodeUIPosManager, layer "
+         "Unexpected end-of-file while unpacking Streamable.Taggable.NodeUIManagerBase.NodeUIPosManager, "
+         "layer "
          "NodeUIPosManager.",
          false, true},
         {"truncated-in-record", "$.T.N.J", 6,
-         "Unexpected end-of-file while unpacking Streamable.NodeUIRecBase.NodeUIPosRec, layer NodeUIPosRec.", false,
+         "Unexpected end-of-file while unpacking Streamable.NodeUIRecBase.NodeUIPosRec, layer NodeUIPosRec.",
+         false, false},
+        {"wrong-short-name", "$.T.N.J", 7, "Expected short name 'N' for layer NodeUIManagerBase, got X.",
+         false, true},
+        {"oversized-major-format1", "$.T.N.J", 6, " Strm1.0 Object has oversized major rev (T). ", false,
          false},
-        {"wrong-short-name", "$.T.N.J", 7, "Expected short name 'N' for layer NodeUIManagerBase, got X.", false, true},
-        {"oversized-major-format1", "$.T.N.J", 6, " Strm1.0 Object has oversized major rev (T). ", false, false},
-        {"oversized-minor-format1", "$.T.N.J", 6, " Strm1.0 Object has oversized minor rev (T). ", false, false},
+        {"oversized-minor-format1", "$.T.N.J", 6, " Strm1.0 Object has oversized minor rev (T). ", false,
+         false},
         {"unknown-format", "$.T.N.J", 6, "Unrecognized version for Streamable base", false, false},
         {"body-reads-too-far", "$.T.N.J", 6,
-         "Error: Unpacker read beyond end of chunk while unpacking object Streamable.NodeUIRecBase.NodeUIPosRec, "
+         "Error: Unpacker read beyond end of chunk while unpacking object "
+         "Streamable.NodeUIRecBase.NodeUIPosRec, "
          "layer NodeUIPosRec v1.0, 8 bytes overread.\n",
          false, false},
         {"body-reads-too-little", "$.T.N.J", 3,
-         "Warning: Not all object data was read while unpacking object Streamable.NodeUIRecBase.NodeUIPosRec, "
+         "Warning: Not all object data was read while unpacking object "
+         "Streamable.NodeUIRecBase.NodeUIPosRec, "
          "layer NodeUIPosRec v1.0, 8/41 bytes unread.\n",
          true, true},
         {"count-beyond-the-file", "$.T.N.J", 6,
-         "Unexpected end-of-file while unpacking Streamable.NodeUIRecBase.NodeUIPosRec, layer NodeUIRecBase.", false,
-         false},
-        {"factory-gives-nothing", "$.T.N", 3, "Danger Will Robinson! ::createNewNodeRec() returned NULL!\n", true,
-         true},
+         "Unexpected end-of-file while unpacking Streamable.NodeUIRecBase.NodeUIPosRec, layer NodeUIRecBase.",
+         false, false},
+        {"factory-gives-nothing", "$.T.N", 3, "Danger Will Robinson! ::createNewNodeRec() returned NULL!\n",
+         true, true},
         {"long-names-accepted", "$.T.N.J", 3, "", false, true},
     };
     for (const Case& c : cases) {
@@ -142,11 +148,13 @@ TEST(StreamTool, PrintsChainsAndRefusesWhatIsNoStream) {
     out.clear();
     ASSERT_EQ(run(dir + "/fuzz/seeds/posmanager/two-records.strm", out), 0) << out;
     EXPECT_NE(out.find("      N v1.0 layer 206 chunk 221 at 34 (format 2)\n"), std::string::npos) << out;
-    EXPECT_NE(out.find("              K v1.0 layer 33 chunk 33 at 207 (format 2)\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("              K v1.0 layer 33 chunk 33 at 207 (format 2)\n"), std::string::npos)
+        << out;
 
     out.clear();
     EXPECT_EQ(run(dir + "/tests/data/malformed/wrong-short-name.strm", out), 1);
-    EXPECT_NE(out.find("Expected short name 'N' for layer NodeUIManagerBase, got X."), std::string::npos) << out;
+    EXPECT_NE(out.find("Expected short name 'N' for layer NodeUIManagerBase, got X."), std::string::npos)
+        << out;
 }
 
 } // namespace

@@ -21,7 +21,9 @@ inline EditPtr makeEdit(uint32_t n, uint32_t nodes) {
     return edit;
 }
 
-inline IdStamp node(uint32_t i) { return IdStamp(10, 0, i); }
+inline IdStamp node(uint32_t i) {
+    return IdStamp(10, 0, i);
+}
 
 struct ManagerEvents : NodeUIManagerClient {
     struct Event {

@@ -7,6 +7,7 @@
 
 #include "graphnodes/FXGraphViewNode.h"
 #include "graphview/RootStacker.h"
+#include "host/Canvas.h"
 #include "host/Colour.h"
 #include "host/CutIterator.h"
 #include "host/EditorPreferences.h"
@@ -416,13 +417,13 @@ void FXGraphView::setEditFocus(Vob* vob, const IdStamp& chan, bool alwaysRedraw)
     if (manager) {
         manager->setOrientation(orientation_);
         NodeUIManagerClient::registerWith(manager.get());
-        manager->holdNotifications();
+        manager->disable();
     }
     nodes_.clear();
     recalcNodeList(true);
     resetView(alwaysRedraw ? RedrawAlways : RedrawIfChanged, RefitAlways);
     if (manager)
-        manager->releaseNotifications();
+        manager->enable();
 }
 
 void FXGraphView::recalcNodeList(bool notifyGroup) {
@@ -437,7 +438,7 @@ void FXGraphView::recalcNodeList(bool notifyGroup) {
 
     Zk::Ptr<NodeUIPosManager> manager = posManager();
     if (manager)
-        manager->holdNotifications();
+        manager->disable();
     std::vector<Zk::Ptr<FXGraphViewNode>> old = std::move(nodes_);
     nodes_.clear();
     // View nodes are made by the node kinds from the walk of every root; the carrying over of
@@ -454,7 +455,7 @@ void FXGraphView::recalcNodeList(bool notifyGroup) {
         RootStacker::tidyRoots(edit_, getEditTime(), getRoots(), XY<double>(0, 0), this);
     setViewZoom(viewZoom_.getVal());
     if (manager) {
-        manager->releaseNotifications();
+        manager->enable();
         if (notifyGroup)
             manager->sendGeneralUpdateNotification("GroupUpdateMsg");
     }

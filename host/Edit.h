@@ -61,6 +61,9 @@ public:
     void holdAnnouncements() { ++held_; }
     void releaseAnnouncements();
     bool hasStereoscopicVideo() const { return stereoscopic_; }
+    // Marks the edit as needing a save, or as saved.
+    void setDirty(bool dirty) { dirty_ = dirty; }
+    bool isDirty() const { return dirty_; }
 
     // The store of Taggable objects by key, saved with the edit.
     Zk::Ptr<Taggable> openObjectInternal(const String& key) const;
@@ -121,6 +124,7 @@ private:
     double start_ = 0.0;
     double end_ = 0.0;
     bool stereoscopic_ = false;
+    bool dirty_ = false;
     std::vector<EditChannel> chans_;
     std::map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampLess> nodes_;
     std::vector<EditMaterial> materials_;

@@ -4,6 +4,10 @@
 #include "host/ZkPtr.h"
 
 class Edit;
+class Cookie;
+
+// How i_open treats an edit that is not open: 0 looks only among the open edits.
+enum eEditOpenBehaviour { kOpenIfOpen = 0 };
 
 class EditPtr {
 public:
@@ -13,6 +17,9 @@ public:
     EditPtr& operator=(const EditPtr&);
     EditPtr& operator=(Edit* e);
     ~EditPtr();
+
+    // Points at the open edit with this cookie, or at nothing when none is open.
+    void i_open(const Cookie& cookie, eEditOpenBehaviour behaviour);
 
     Edit* get() const { return edit_; }
     Edit* operator->() const { return edit_; }

@@ -3,48 +3,35 @@
 #pragma once
 
 #include "host/LightweightString.h"
+#include "host/StreamableChunkSizeHolder.h"
+#include "host/StreamableMembers.h"
+#include "host/StreamableTraitsBase.h"
 #include "host/ZkPtr.h"
 #include "host/iObject.h"
 
-class PStream;
 class GrowString;
+class PStream;
 
-// Holds the size of an object's chunk for the host's stream operators.
-class StreamableChunkSizeHolder {
-public:
-    unsigned chunkSize() const { return chunkSize_; }
-    void setChunkSize(unsigned n) { chunkSize_ = n; }
-
-private:
-    unsigned chunkSize_ = 0;
-};
-
-class StreamableTraitsBase {
-public:
-    enum eStatus {
-        statusOk = 0,
-        statusPacked = 2,
-        statusUnpacked = 3,
-        statusFailed = 6,
-        statusWrongLayer = 7,
-        statusEndOfFile = 8,
-    };
-};
-
+// The root layer, short name "$", is written with major revision 2: its major revision is the
+// stream format of the layers that follow it, so that a reader switches to format 2 before it
+// meets them. Its body is empty.
 class Streamable : public StreamableChunkSizeHolder, public virtual iObject {
 public:
     enum BuilderType { buildForUnpack = 1, buildForClone = 2 };
 
     Streamable() = default;
     explicit Streamable(BuilderType) {}
+    Streamable(BuilderType, const Streamable& o) : Streamable(o) {}
     Streamable(const Streamable&) = default;
     Streamable& operator=(const Streamable&) = default;
     ~Streamable() override = default;
 
+    // Writes the object's dotted class path.
     virtual void printOn(GrowString& out) const;
-    virtual void assign(const Streamable* other);
-    virtual String hierarchyName(bool a, bool shortNames) const;
-    virtual StreamableTraitsBase::eStatus STRM_hierarchyUnpack(PStream& s);
-    virtual StreamableTraitsBase::eStatus STRM_hierarchyPack(PStream& s) const;
-    virtual Zk::Ptr<Streamable> clone(BuilderType how) const;
+
+    STRM_DECLARE_ROOT_LAYER(Streamable);
+
+private:
+    void pack(PStream& s) const;
+    void unpack(PStream& s);
 };

@@ -1,27 +1,64 @@
-// NodeUIPosRec: one node's position in graph space, and the scratch mark of the tree walks.
-// The layout reads x() and y() and moves the record with setPos.
+// NodeUIPosRec: one node's position in graph space as two observable values, a remembered
+// anchor for automatic placement, and the scratch mark of the tree walks; saved as layer "K".
 #pragma once
 
-class NodeUIPosRec {
+#include "host/XY.h"
+#include "nodeui/NodeUIRecBase.h"
+#include "values/MultiValClient.h"
+#include "values/ValServer.h"
+
+// The record is a client of its own servers: every change of x_ or y_ comes back as one
+// "nodeRecUpdate" unless disabled_ is raised. setPos moves both with one update at most.
+// Clients of the servers themselves hear every assignment.
+class NodeUIPosRec : public NodeUIRecBase, public MultiValClient<double> {
 public:
-    NodeUIPosRec() = default;
-    virtual ~NodeUIPosRec() = default;
+    // At (0, 0), anchor (0, 0) and not set.
+    NodeUIPosRec();
+    NodeUIPosRec(NodeUIManagerBase* manager, const IdStamp& id, const Cookie& hostEdit);
+    NodeUIPosRec(const NodeUIPosRec&) = delete;
+    // Takes the position and the rest from `other` with no update sent: y into both x_ and y_,
+    // as the format's owners have always done; the node id and host cookie stay.
+    NodeUIPosRec& operator=(const NodeUIPosRec& other);
+    ~NodeUIPosRec() override;
 
-    double x() const { return x_; }
-    double y() const { return y_; }
-    // Does nothing if both values equal the present ones; else stores both. With `notify`
-    // false nothing is sent to the record's clients.
-    void setPos(double x, double y, bool notify) {
-        (void)notify;
-        if (x == x_ && y == y_)
-            return;
-        x_ = x;
-        y_ = y;
-    }
+    double x() const { return x_.getVal(); }
+    double y() const { return y_.getVal(); }
+    ValServer<double>& xServer() { return x_; }
+    ValServer<double>& yServer() { return y_; }
+    double anchorX() const { return anchorX_; }
+    double anchorY() const { return anchorY_; }
+    bool hasAnchor() const { return hasAnchor_; }
 
+    // Does nothing if both values equal the present ones (a NaN never does); else stores both
+    // and, with `notify`, sends one update.
+    void setPos(double x, double y, bool notify);
+    void setPos(const XY<double>& p, bool notify) { setPos(p.x, p.y, notify); }
+    // Stores the anchor; sends nothing.
+    void setAnchor(double x, double y);
+
+    void handleValChanged(ValServer<double>* server) override;
+
+    using NodeUIRecBase::registerWith;
+    using MultiValClient<double>::registerWith;
+    STRM_DECLARE_LAYER(NodeUIPosRec, NodeUIRecBase);
+
+public:
     int visitMark_ = 0;
 
+protected:
+    explicit NodeUIPosRec(BuilderType b);
+    NodeUIPosRec(BuilderType b, const NodeUIPosRec& other);
+
 private:
-    double x_ = 0.0;
-    double y_ = 0.0;
+    friend class NodeUIPosManager;
+
+    void startAtOrigin();
+    void pack(PStream& s) const;
+    void unpack(PStream& s);
+
+    ValServer<double> x_;
+    ValServer<double> y_;
+    double anchorX_ = 0.0;
+    double anchorY_ = 0.0;
+    bool hasAnchor_ = false;
 };

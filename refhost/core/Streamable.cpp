@@ -1,17 +1,19 @@
-// Default behaviour of the root persistent class.
+// The root layer of persistent objects.
 #include "host/Streamable.h"
 
-void Streamable::printOn(GrowString&) const {}
-void Streamable::assign(const Streamable*) {}
-String Streamable::hierarchyName(bool, bool shortNames) const {
-    return String(shortNames ? "$" : "Streamable");
+#include "host/GrowString.h"
+#include "host/StreamClassRegistrar.h"
+#include "host/StreamableLayer.h"
+
+STRM_DEFINE_LAYER(Streamable, "$");
+
+void Streamable::printOn(GrowString& out) const {
+    out << hierarchyName(false, false);
 }
-StreamableTraitsBase::eStatus Streamable::STRM_hierarchyUnpack(PStream&) {
-    return StreamableTraitsBase::statusFailed;
+
+// The major revision of the root layer is the stream format written after it.
+void Streamable::pack(PStream&) const {
+    revisionMajor(2);
 }
-StreamableTraitsBase::eStatus Streamable::STRM_hierarchyPack(PStream&) const {
-    return StreamableTraitsBase::statusFailed;
-}
-Zk::Ptr<Streamable> Streamable::clone(BuilderType) const {
-    return nullptr;
-}
+
+void Streamable::unpack(PStream&) {}

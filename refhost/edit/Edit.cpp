@@ -43,13 +43,34 @@ int Cel::eventIndexAt(double time) const {
     return -1;
 }
 
-Edit::Edit() = default;
+namespace {
+// Every edit alive in the process, for opening by cookie.
+std::vector<Edit*>& liveEdits() {
+    static auto* edits = new std::vector<Edit*>;
+    return *edits;
+}
+} // namespace
+
+Edit::Edit() { liveEdits().push_back(this); }
 Edit::~Edit() {
+    auto& edits = liveEdits();
+    edits.erase(std::remove(edits.begin(), edits.end(), this), edits.end());
     // Graphs may hold rings of counted links; an edit that goes breaks them so that its nodes go
     // too. A node still held elsewhere keeps its inputs' tracks but loses their links.
     for (auto& [id, node] : nodes_)
         for (auto& in : node->inputs())
             in.node = nullptr;
+}
+
+void EditPtr::i_open(const Cookie& cookie, eEditOpenBehaviour) {
+    *this = nullptr;
+    if (!cookie.valid())
+        return;
+    for (Edit* e : liveEdits())
+        if (e->cookie() == cookie && e->refCount() > 0) {
+            *this = e;
+            return;
+        }
 }
 
 void Edit::getChans(std::vector<IdStamp>& out, unsigned type, unsigned subtypeMask) const {

@@ -1,0 +1,68 @@
+// Packing and unpacking a position manager of 10, 1,000 and 100,000 records.
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "host/Edit.h"
+#include "host/FXGraphNodeBase.h"
+#include "host/PStream.h"
+#include "host/StreamFile.h"
+#include "nodeui/NodeUIPosManager.h"
+#include "nodeui/NodeUIPosRec.h"
+
+namespace {
+
+// An edit with one node per record, so that the sweep in pack keeps every record.
+struct Fixture {
+    explicit Fixture(int records) : edit(new Edit) {
+        edit->setCookie(Cookie(Cookie::EditKind, IdStamp(1, 0, 1)));
+        manager = NodeUIPosManager::getManagerFor(edit);
+        for (int i = 1; i <= records; ++i) {
+            IdStamp id(10, 0, static_cast<uint32_t>(i));
+            edit->addNode(Zk::Ptr<FXGraphNodeBase>(new FXGraphNodeBase(id)));
+            manager->getRec(id, edit->cookie(), i * 0.25, -i * 0.5);
+        }
+    }
+    std::string pack() const {
+        StreamFile f;
+        PStream s(&f);
+        s << *manager;
+        return f.bytes();
+    }
+    EditPtr edit;
+    Zk::Ptr<NodeUIPosManager> manager;
+};
+
+void setCounters(benchmark::State& state, std::size_t bytes) {
+    using C = benchmark::Counter;
+    state.counters["bytes/s"] = C(static_cast<double>(bytes), C::kIsIterationInvariantRate);
+    state.counters["records/s"] = C(static_cast<double>(state.range(0)), C::kIsIterationInvariantRate);
+}
+
+void BM_PackPosManager(benchmark::State& state) {
+    Fixture fx(static_cast<int>(state.range(0)));
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        std::string out = fx.pack();
+        bytes = out.size();
+        benchmark::DoNotOptimize(out.data());
+    }
+    setCounters(state, bytes);
+}
+
+void BM_UnpackPosManager(benchmark::State& state) {
+    const std::string bytes = Fixture(static_cast<int>(state.range(0))).pack();
+    for (auto _ : state) {
+        StreamFile f(bytes);
+        PStream s(&f);
+        Zk::Ptr<Streamable> obj = NodeUIPosManager::STRM_L_NodeUIPosManager_builder(s);
+        benchmark::DoNotOptimize(obj.get());
+    }
+    setCounters(state, bytes.size());
+}
+
+} // namespace
+
+BENCHMARK(BM_PackPosManager)->Arg(10)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_UnpackPosManager)->Arg(10)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK_MAIN();

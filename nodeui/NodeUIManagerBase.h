@@ -1,0 +1,75 @@
+// NodeUIManagerBase: an edit's list of per-node user-interface records, saved with the edit as
+// layer "N" and announcing records as they come and go.
+#pragma once
+
+#include "host/DLList.h"
+#include "host/EditPtr.h"
+#include "host/IdStamp.h"
+#include "host/NotifyWithDisable.h"
+#include "host/Taggable.h"
+
+class NodeUIRecBase;
+
+// Owns the records on its list and deletes them itself. Added, deleted and general messages go
+// to NodeUIManagerClient objects, each unless disabled_ is raised; the record's address travels
+// formatted with "%p". Records whose node has gone are swept, silently, whenever the manager is
+// packed or first given its edit, so that they are never saved.
+class NodeUIManagerBase : public Taggable, public NotifyWithDisable {
+public:
+    NodeUIManagerBase(const NodeUIManagerBase& other);
+    // Does nothing.
+    NodeUIManagerBase& operator=(const NodeUIManagerBase&) { return *this; }
+    ~NodeUIManagerBase() override;
+
+    EditPtr getEditH() const { return editH_; }
+    void sendGeneralUpdateNotification(LightweightString<char> text);
+
+    unsigned numRecs() const { return recs_.size(); }
+    // The records in list order, for whoever walks them.
+    NodeUIRecBase* firstRec() const;
+    NodeUIRecBase* nextRec(const NodeUIRecBase* rec) const;
+
+    using Taggable::clone;
+    STRM_DECLARE_LAYER(NodeUIManagerBase, Taggable);
+
+protected:
+    explicit NodeUIManagerBase(const EditPtr& edit);
+    explicit NodeUIManagerBase(BuilderType b);
+    NodeUIManagerBase(BuilderType b, const NodeUIManagerBase& other);
+
+    // Sets the edit once; the records then start watching their nodes. False if an edit is
+    // already set or `edit` is null.
+    bool setEdit(const EditPtr& edit);
+    void addNewRec(NodeUIRecBase* rec);
+    // False, changing nothing, when `rec` is not on the list.
+    bool deleteRec(NodeUIRecBase* rec);
+    NodeUIRecBase* findRec(const IdStamp& id) const;
+    // Deletes every record, with no message.
+    void flushList();
+    void sendRecAddedNotification(NodeUIRecBase* rec);
+    void sendRecDeleteNotification(NodeUIRecBase* rec);
+    // The factory of records for unpacking; none here.
+    virtual NodeUIRecBase* createNewNodeRec(NodeUIManagerBase* manager) const;
+
+private:
+    friend class NodeUIManagerClient;
+    friend class NodeUIRecBase;
+
+    NodeUIManagerBase();
+    void init(const EditPtr& edit);
+    void removeDeadNodes();
+    void nodeIsBeingDestroyed(NodeUIRecBase* rec);
+    void pack(PStream& s) const;
+    void unpack(PStream& s);
+    void send(NodeUIRecBase* rec, int type);
+
+    static int getRecAddedMsgType() { return recAddedMsgType_; }
+    static int getRecDeletedMsgType() { return recDeletedMsgType_; }
+    static int getGeneralMsgType() { return generalMsgType_; }
+    static int recAddedMsgType_;
+    static int recDeletedMsgType_;
+    static int generalMsgType_;
+
+    DLList recs_;
+    EditPtr editH_;
+};

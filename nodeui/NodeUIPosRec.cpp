@@ -1,0 +1,103 @@
+// A node position record: moving it, its own servers' changes, and layer "K".
+#include "nodeui/NodeUIPosRec.h"
+
+#include "host/PStream.h"
+#include "host/StreamClassRegistrar.h"
+#include "host/StreamFile.h"
+#include "host/StreamableLayer.h"
+
+STRM_DEFINE_LAYER(NodeUIPosRec, "K");
+
+NodeUIPosRec::NodeUIPosRec() {
+    startAtOrigin();
+}
+
+NodeUIPosRec::NodeUIPosRec(NodeUIManagerBase* manager, const IdStamp& id, const Cookie& hostEdit)
+    : NodeUIRecBase(manager, id, hostEdit) {
+    startAtOrigin();
+}
+
+NodeUIPosRec::NodeUIPosRec(BuilderType b) : NodeUIRecBase(b) {
+    startAtOrigin();
+}
+
+// The servers are fresh: the position is not copied.
+NodeUIPosRec::NodeUIPosRec(BuilderType b, const NodeUIPosRec& other)
+    : NodeUIRecBase(b, other), MultiValClient() {
+    revisionMajor_ = other.revisionMajor_;
+    revisionMinor_ = other.revisionMinor_;
+    startAtOrigin();
+}
+
+NodeUIPosRec::~NodeUIPosRec() = default;
+
+void NodeUIPosRec::startAtOrigin() {
+    x_ = 0.0;
+    y_ = 0.0;
+    MultiValClient<double>::registerWith(&x_);
+    MultiValClient<double>::registerWith(&y_);
+}
+
+NodeUIPosRec& NodeUIPosRec::operator=(const NodeUIPosRec& other) {
+    if (this == &other)
+        return *this;
+    // The servers only take values through setVal, so the record's own update is held back;
+    // other clients of the servers hear the new values.
+    ++disabled_;
+    x_ = other.y_.getVal();
+    y_ = other.y_.getVal();
+    if (disabled_ > 0)
+        --disabled_;
+    anchorX_ = other.anchorX_;
+    anchorY_ = other.anchorY_;
+    hasAnchor_ = other.hasAnchor_;
+    visitMark_ = other.visitMark_;
+    return *this;
+}
+
+void NodeUIPosRec::setPos(double x, double y, bool notify) {
+    if (x == x_.getVal() && y == y_.getVal())
+        return;
+    ++disabled_;
+    x_ = x;
+    y_ = y;
+    if (disabled_ > 0)
+        --disabled_;
+    if (notify)
+        sendUpdateNotification();
+}
+
+void NodeUIPosRec::setAnchor(double x, double y) {
+    anchorX_ = x;
+    anchorY_ = y;
+    hasAnchor_ = true;
+}
+
+void NodeUIPosRec::handleValChanged(ValServer<double>*) {
+    sendUpdateNotification();
+}
+
+void NodeUIPosRec::pack(PStream& s) const {
+    StreamFile& f = *s.file;
+    f.setDouble(x_.getVal());
+    f.setDouble(y_.getVal());
+    f.setDouble(anchorX_);
+    f.setDouble(anchorY_);
+    f.setCookedChar(hasAnchor_ ? 1 : 0);
+}
+
+void NodeUIPosRec::unpack(PStream& s) {
+    StreamFile& f = *s.file;
+    double x = 0.0, y = 0.0;
+    f.getDouble(x);
+    f.getDouble(y);
+    x_ = x;
+    y_ = y;
+    f.getDouble(anchorX_);
+    f.getDouble(anchorY_);
+    unsigned char has = 0;
+    f.getUnsignedChar(has);
+    hasAnchor_ = has != 0;
+    MultiValClient<double>::registerWith(&x_);
+    MultiValClient<double>::registerWith(&y_);
+}

@@ -1,0 +1,89 @@
+// One node UI record: its node, its host edit, its update message and layer "L".
+#include "nodeui/NodeUIRecBase.h"
+
+#include "host/Edit.h"
+#include "host/FXGraphNodeBase.h"
+#include "host/NotifyMsgTypeDictionary.h"
+#include "host/PStream.h"
+#include "host/StreamClassRegistrar.h"
+#include "host/StreamFile.h"
+#include "host/StreamableLayer.h"
+#include "nodeui/NodeUIManagerBase.h"
+
+int NodeUIRecBase::recUpdateMsgType_ = NotifyMsgTypeDictionary::instance().intern("nodeRecUpdate");
+
+STRM_DEFINE_LAYER(NodeUIRecBase, "L");
+
+NodeUIRecBase::NodeUIRecBase() : nodeId_(0, 0, 0) {}
+
+NodeUIRecBase::NodeUIRecBase(NodeUIManagerBase* manager, const IdStamp& id, const Cookie& hostEdit)
+    : manager_(manager), nodeId_(id), hostEditCookie_(hostEdit) {
+    registerWithNode();
+}
+
+NodeUIRecBase::NodeUIRecBase(BuilderType b) : Streamable(b) {}
+
+NodeUIRecBase::NodeUIRecBase(BuilderType b, const NodeUIRecBase& other)
+    : DLListRec(), FXGraphNodeClient(), NotifyWithDisable(), Streamable(b, other), manager_(other.manager_),
+      nodeId_(other.nodeId_), hostEditCookie_(other.hostEditCookie_) {
+    revisionMajor_ = other.revisionMajor_;
+    revisionMinor_ = other.revisionMinor_;
+}
+
+NodeUIRecBase::NodeUIRecBase(const NodeUIRecBase& other)
+    : iVirtual(), Zk::InternalRefCount(), iObject(), DLListRec(), FXGraphNodeClient(), NotifyWithDisable(),
+      Streamable(other), manager_(other.manager_), nodeId_(other.nodeId_),
+      hostEditCookie_(other.hostEditCookie_) {
+    revisionMajor_ = other.revisionMajor_;
+    revisionMinor_ = other.revisionMinor_;
+}
+
+NodeUIRecBase& NodeUIRecBase::operator=(const NodeUIRecBase& other) {
+    nodeId_ = other.nodeId_;
+    hostEditCookie_ = other.hostEditCookie_;
+    return *this;
+}
+
+NodeUIRecBase::~NodeUIRecBase() = default;
+
+void NodeUIRecBase::registerWithNode() {
+    if (!nodeId_.valid() || !manager_)
+        return;
+    EditPtr edit = manager_->editH_;
+    if (!edit)
+        return;
+    Zk::Ptr<FXGraphNodeBase> node =
+        Zk::dynamicCast<FXGraphNodeBase>(edit->tagBag().openObject(nodeId_).instance());
+    if (!node)
+        return;
+    FXGraphNodeClient::registerWith(node.get());
+}
+
+void NodeUIRecBase::sendUpdateNotification() {
+    if (disabled_ != 0)
+        return;
+    getNotify().call(NotifyMsg(String("")), recUpdateMsgType_);
+}
+
+void NodeUIRecBase::pack(PStream& s) const {
+    revisionMajor(1);
+    revisionMinor(1);
+    s.file->setCookedChar(2);
+    nodeId_.pack(s);
+    s << hostEditCookie_.asString();
+}
+
+// A record read from a 1.0 layer has no host edit: it keeps the default cookie, which opens no
+// edit, and counts as 1.1 from now on.
+void NodeUIRecBase::unpack(PStream& s) {
+    unsigned char stampVersion = 0;
+    s.file->getUnsignedChar(stampVersion);
+    nodeId_.unpack(s, stampVersion);
+    if (revisionMinor_ != 0) {
+        String text;
+        s >> text;
+        hostEditCookie_ = Cookie::fromString(text);
+    }
+    revisionMajor(1);
+    revisionMinor(1);
+}

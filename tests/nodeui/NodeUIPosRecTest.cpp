@@ -1,0 +1,170 @@
+// Position records: moving, their updates, the anchor, the copy quirk, "K" round trips, and an
+// edit saved, loaded and saved again.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "host/PStream.h"
+#include "host/StreamFile.h"
+#include "nodeui/NodeUIPosManager.h"
+#include "nodeui/NodeUIPosRec.h"
+#include "refhost/edit/EditFile.h"
+#include "refhost/stream/EditObjectStore.h"
+#include "tests/nodeui/NodeUITestSupport.h"
+
+namespace {
+
+TEST(NodeUIPosRec, SetPosUpdatesOnceOrNotAtAll) {
+    NodeUIPosRec r;
+    RecUpdates updates;
+    updates.registerWith(&r);
+    ServerWatch wx, wy;
+    wx.registerWith(&r.xServer());
+    wy.registerWith(&r.yServer());
+
+    r.setPos(0, 0, true);
+    EXPECT_EQ(updates.count, 0) << "the same position does nothing";
+    EXPECT_TRUE(wx.values.empty());
+
+    r.setPos(1, 2, false);
+    EXPECT_EQ(r.x(), 1.0);
+    EXPECT_EQ(r.y(), 2.0);
+    EXPECT_EQ(updates.count, 0) << "notify false sends no nodeRecUpdate";
+    EXPECT_EQ(wx.values, std::vector<double>{1.0});
+    EXPECT_EQ(wy.values, std::vector<double>{2.0}) << "clients of the servers still hear";
+
+    r.setPos(XY<double>(3, 2), true);
+    EXPECT_EQ(updates.count, 1) << "one update for the whole move";
+    r.setPos(3, 2, true);
+    EXPECT_EQ(updates.count, 1);
+
+    const double nan = std::nan("");
+    r.setPos(nan, 2, true);
+    EXPECT_TRUE(std::isnan(r.x()));
+    EXPECT_EQ(updates.count, 2);
+    r.setPos(nan, 2, true);
+    EXPECT_EQ(updates.count, 3) << "a NaN never equals, so it is always stored";
+
+    // A change made on a server directly gives one update per server.
+    r.xServer() = 5.0;
+    r.yServer() = 6.0;
+    EXPECT_EQ(updates.count, 5);
+    ++r.disabled_;
+    r.xServer() = 7.0;
+    EXPECT_EQ(updates.count, 5) << "silent while disabled_ is raised";
+    --r.disabled_;
+
+    updates.registerWith(nullptr);
+    r.setPos(0, 0, true);
+    EXPECT_EQ(updates.count, 5);
+}
+
+TEST(NodeUIPosRec, AnchorAndFirstPosition) {
+    EditPtr edit = makeEdit(20, 2);
+    Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(edit);
+    NodeUIPosRec* a = m->getRec(node(1), edit->cookie(), 0, 0);
+    EXPECT_TRUE(a->hasAnchor()) << "the anchor is set even at the origin";
+    EXPECT_EQ(a->x(), 0.0);
+    NodeUIPosRec* b = m->getRec(node(2), edit->cookie(), 3, -4);
+    EXPECT_EQ(b->x(), 3.0);
+    EXPECT_EQ(b->y(), -4.0);
+    EXPECT_EQ(b->anchorX(), 3.0);
+    EXPECT_EQ(b->anchorY(), -4.0);
+    EXPECT_EQ(m->getRec(node(2), edit->cookie(), 9, 9), b);
+    EXPECT_EQ(b->x(), 3.0) << "an existing record ignores the position";
+
+    NodeUIPosRec plain;
+    plain.setAnchor(1, 1);
+    EXPECT_TRUE(plain.hasAnchor());
+}
+
+TEST(NodeUIPosRec, AssignCopiesYIntoX) {
+    NodeUIPosRec from;
+    from.setPos(3, 7, false);
+    from.setAnchor(1, 2);
+    from.visitMark_ = 4;
+    NodeUIPosRec to;
+    RecUpdates updates;
+    updates.registerWith(&to);
+    to.assign(&from);
+    EXPECT_EQ(to.x(), 7.0) << "x takes the other record's y, as the format's owners always did";
+    EXPECT_EQ(to.y(), 7.0);
+    EXPECT_EQ(to.anchorX(), 1.0);
+    EXPECT_EQ(to.anchorY(), 2.0);
+    EXPECT_TRUE(to.hasAnchor());
+    EXPECT_EQ(to.visitMark_, 4);
+    EXPECT_EQ(updates.count, 0);
+    Streamable other;
+    to.assign(&other);
+    EXPECT_EQ(to.x(), 7.0) << "another class is ignored";
+}
+
+TEST(NodeUIPosRec, RoundTripThroughK) {
+    NodeUIPosRec r;
+    r.setPos(-1.5, 1e9, false);
+    r.setAnchor(0.25, -0.125);
+    r.visitMark_ = 3;
+    StreamFile f;
+    PStream w(&f);
+    w << r;
+    NodeUIPosRec back;
+    RecUpdates updates;
+    updates.registerWith(&back);
+    StreamFile g(f.bytes());
+    PStream s(&g);
+    s >> back;
+    EXPECT_FALSE(s.inError()) << s.errors.c_str();
+    EXPECT_EQ(back.x(), -1.5);
+    EXPECT_EQ(back.y(), 1e9);
+    EXPECT_EQ(back.anchorX(), 0.25);
+    EXPECT_EQ(back.anchorY(), -0.125);
+    EXPECT_TRUE(back.hasAnchor());
+    EXPECT_EQ(back.visitMark_, 0) << "the mark is not saved";
+    EXPECT_EQ(updates.count, 2) << "reading assigns both servers, each heard";
+
+    // Any byte other than 0 is a set anchor; the servers stay watched after a read.
+    std::string bytes = f.bytes();
+    bytes.back() = 5;
+    NodeUIPosRec odd;
+    StreamFile h(bytes);
+    PStream t(&h);
+    t >> odd;
+    EXPECT_TRUE(odd.hasAnchor());
+    RecUpdates oddUpdates;
+    oddUpdates.registerWith(&odd);
+    odd.xServer() = 1.0;
+    EXPECT_EQ(oddUpdates.count, 1);
+}
+
+TEST(EditObjects, SaveLoadSaveIsByteForByte) {
+    const std::string path = std::string(NODEDESK_SOURCE_DIR) + "/samples/chain.edit.json";
+    std::string error;
+    std::string first, store;
+    {
+        EditPtr edit = EditFile::open(path, error);
+        ASSERT_TRUE(edit) << error;
+        Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(edit);
+        m->getRec(IdStamp(10, 0, 1), edit->cookie(), 0.5, -0.25);
+        m->getRec(IdStamp(10, 0, 2), edit->cookie())->setPos(1.0 / 3, 2, false);
+        m->getRec(IdStamp(10, 0, 77), edit->cookie()); // no such node: not saved
+        first = EditFile::saveToText(*edit);
+        store = packEditObjects(*edit);
+        EXPECT_EQ(m->numRecs(), 2u);
+    }
+    EditPtr again(new Edit);
+    ASSERT_TRUE(EditFile::loadFromText(first, "first", *again, error)) << error;
+    Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(again);
+    ASSERT_TRUE(m);
+    ASSERT_EQ(m->numRecs(), 2u);
+    EXPECT_EQ(m->findRec(IdStamp(10, 0, 2))->x(), 1.0 / 3);
+    EXPECT_EQ(EditFile::saveToText(*again), first);
+
+    // The store of all objects gives the same bytes again too.
+    EditPtr third = makeEdit(1, 0);
+    ASSERT_TRUE(unpackEditObjects(*third, store, error)) << error;
+    EXPECT_EQ(packEditObjects(*third), store);
+    EXPECT_FALSE(unpackEditObjects(*third, store.substr(0, store.size() - 1), error));
+    EXPECT_FALSE(error.empty());
+}
+
+} // namespace

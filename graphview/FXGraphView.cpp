@@ -18,6 +18,7 @@
 #include "host/OSServices.h"
 #include "host/RectDescription.h"
 #include "host/Resources.h"
+#include "host/TextBox.h"
 #include "host/TransitStatus.h"
 #include "host/UifStd.h"
 #include "host/Vob.h"
@@ -70,8 +71,9 @@ void widenByNode(Zk::Box<double>& b, const FXGraphViewNode& n) {
 } // namespace
 
 FXGraphView::FXGraphView(const InitArgs& args)
-    : StandardPanel(panelArgs(args)), VobClient(Cookie(), args.vob, VobClient::kHighPriority, VobClient::kManaged),
-      zoomObserver_(this), centreObserver_(this), chanType_(args.chanType) {
+    : StandardPanel(panelArgs(args)),
+      VobClient(Cookie(), args.vob, VobClient::kHighPriority, VobClient::kManaged), zoomObserver_(this),
+      centreObserver_(this), chanType_(args.chanType) {
     viewCentre_.setVal(XY<double>(0.5, 0.5));
     manualPosMode_.setVal(true);
     viewZoom_.setVal(0.75);
@@ -90,6 +92,8 @@ FXGraphView::FXGraphView(const InitArgs& args)
         new MethodCallback<FXGraphView, ProjectEvent, int>(this, &FXGraphView::handleProjectStateChange))));
 
     setManagementDetails(VobClient::kUnmanaged);
+    if (getTitleWidget())
+        getTitleWidget()->setVisible(false); // the view is all canvas: no title row
 
     const int t = ScrollBar::thickness();
     ScrollBar::InitArgs v(t, height() - t, ScrollBar::Vertical);
@@ -116,9 +120,13 @@ FXGraphView::~FXGraphView() {
     }
 }
 
-double FXGraphView::getEditTime() const { return vob() ? vob()->getCurrentTime(1) : 0.0; }
+double FXGraphView::getEditTime() const {
+    return vob() ? vob()->getCurrentTime(1) : 0.0;
+}
 
-bool FXGraphView::handleViewWinChange(ValServer<double>*, double&) { return true; }
+bool FXGraphView::handleViewWinChange(ValServer<double>*, double&) {
+    return true;
+}
 
 // --- the three spaces -----------------------------------------------------------------------------
 
@@ -180,7 +188,9 @@ bool FXGraphView::clipRectToView(int& x1, int& y1, int& x2, int& y2) const {
     return true;
 }
 
-void FXGraphView::resetClipRect() { canvas()->renderer().setClipRect(getWindowPos()); }
+void FXGraphView::resetClipRect() {
+    canvas()->renderer().setClipRect(getWindowPos());
+}
 
 void FXGraphView::constrainToCanvas(double& x, double& y) const {
     if (x > canvasMaxX_)
@@ -197,7 +207,8 @@ void FXGraphView::constrainToCanvas(double& x, double& y) const {
 
 double FXGraphView::calcPhysicalScale(double zoom) const {
     const double maxScale = maxNodeWidth_ * 8.0;
-    const double fit = std::min(width() / (canvasMaxX_ - canvasMinX_), height() / (canvasMaxY_ - canvasMinY_));
+    const double fit =
+        std::min(width() / (canvasMaxX_ - canvasMinX_), height() / (canvasMaxY_ - canvasMinY_));
     const double minScale = std::min(maxScale, fit);
     return (maxScale - minScale) * zoom + minScale;
 }
@@ -372,7 +383,9 @@ void FXGraphView::disableETime() {
     resetClipRect();
 }
 
-int FXGraphView::getPrimaryChanIx() const { return edit_ ? edit_->getIdx(primaryChan_) : -1; }
+int FXGraphView::getPrimaryChanIx() const {
+    return edit_ ? edit_->getIdx(primaryChan_) : -1;
+}
 
 void FXGraphView::setOrientation(Orientation o, bool refit) {
     if (o == orientation_)
@@ -401,7 +414,9 @@ int FXGraphView::changeOrientation(const NotifyMsg& msg) {
 
 // --- the node list ----------------------------------------------------------------------------------
 
-Zk::Ptr<NodeUIPosManager> FXGraphView::posManager() const { return NodeUIPosManager::getManagerFor(edit_); }
+Zk::Ptr<NodeUIPosManager> FXGraphView::posManager() const {
+    return NodeUIPosManager::getManagerFor(edit_);
+}
 
 void FXGraphView::setEditFocus(Vob* vob, const IdStamp& chan, bool alwaysRedraw) {
     if (this->vob() && this->vob() != vob)
@@ -613,9 +628,16 @@ void FXGraphView::rotateNodes(double degrees) {
 // --- drawing ----------------------------------------------------------------------------------------
 
 void FXGraphView::drawBackground() {
-    StandardPanel::drawBackground();
     updateMinAndMaxPositions();
     CanvasRenderer& r = canvas()->renderer();
+    // The margins round the window, where the scroll bars stand, in the panel's darker shade.
+    Zk::Box<int> all;
+    all.x2 = width();
+    all.y2 = height();
+    const Zk::Box<int> clip = r.getClipRect();
+    r.clearClipRect();
+    Glib::drawRect(r, getPalette().window(-1), all);
+    r.setClipRect(clip);
     if (r.isReadyToRender()) {
         Zk::Box<int> area = getWindowPos();
         const Zk::Box<int>& clip = r.getClipRect();
@@ -654,8 +676,9 @@ void FXGraphView::drawDraggedConnection() {}
 // --- notices ----------------------------------------------------------------------------------------
 
 void FXGraphView::handleModifications(const EditModifications& mods, const VobModification& vobMod) {
-    static const EditModificationType kRebuild[] = {kModStructure, kModEffectApplied, kModRestored,
-                                                   kModNodesRemoved, kModReloaded, kModChannels, kModNone};
+    static const EditModificationType kRebuild[] = {kModStructure,    kModEffectApplied, kModRestored,
+                                                    kModNodesRemoved, kModReloaded,      kModChannels,
+                                                    kModNone};
     const double time = getEditTime();
     if (!mods.empty() && mods.includesAnyOf(kRebuild)) {
         morphologyStart_ = morphologyEnd_ = kNoTime;
@@ -683,8 +706,9 @@ void FXGraphView::handleModifications(const EditModifications& mods, const VobMo
         const bool fast = vob() && vob()->isRecording() && std::abs(TransitStatus::manager().speed()) >= 1024;
         if (!fast) {
             const double t = vobMod.time;
-            const bool inside = morphologyStart_ != kNoTime && morphologyEnd_ != kNoTime && morphologyStart_ <= t &&
-                                t <= morphologyEnd_ && !(std::fabs(t - morphologyEnd_) < 1e-6);
+            const bool inside = morphologyStart_ != kNoTime && morphologyEnd_ != kNoTime &&
+                                morphologyStart_ <= t && t <= morphologyEnd_ &&
+                                !(std::fabs(t - morphologyEnd_) < 1e-6);
             if (inside) {
                 if (vob() && !(vob()->stateWord() & 0x14))
                     update();
@@ -706,7 +730,9 @@ int FXGraphView::handleProjectStateChange(const NotifierEvent<Zk::CurrentProject
     return 0;
 }
 
-void FXGraphView::newNodeRecNotify(NodeUIRecBase*) { recalcNodeList(true); }
+void FXGraphView::newNodeRecNotify(NodeUIRecBase*) {
+    recalcNodeList(true);
+}
 
 void FXGraphView::nodeRecDeletedNotify(NodeUIRecBase*) {}
 
@@ -715,7 +741,9 @@ void FXGraphView::generalUpdateNotify(LightweightString<char> message) {
         draw();
 }
 
-void FXGraphView::notifyValChanged(const ValObserverBase&) { updateScrollbars(true); }
+void FXGraphView::notifyValChanged(const ValObserverBase&) {
+    updateScrollbars(true);
+}
 
 // --- drops ------------------------------------------------------------------------------------------
 
@@ -737,6 +765,8 @@ bool FXGraphView::canAccept(DragDropItemType type, Glob::eDropReason) const {
     return true;
 }
 
-bool FXGraphView::accept(DragDropItem*, Glob::eDropReason) { return false; }
+bool FXGraphView::accept(DragDropItem*, Glob::eDropReason) {
+    return false;
+}
 
 void FXGraphView::indicateAcceptability(DragDropItem*, eAcceptance) {}

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "graphview/FXGraphViewFlags.h"
+#include "host/CurrentProject.h"
 #include "host/DragDropDestination.h"
 #include "host/Edit.h"
 #include "host/NotifierEvent.h"
-#include "host/CurrentProject.h"
 #include "host/ScrollBar.h"
 #include "host/StandardPanel.h"
 #include "host/ValObserverClient.h"

@@ -17,7 +17,8 @@ public:
     };
     enum Flags : unsigned { kPicturesChanged = 0x80, kLookChanged = 0x200 };
 
-    static Zk::Ptr<Zk::Guard> addListener(const Zk::Ptr<iCallbackBase<int, NotifierEvent<ChangeDescription>>>& cb);
+    static Zk::Ptr<Zk::Guard>
+    addListener(const Zk::Ptr<iCallbackBase<int, NotifierEvent<ChangeDescription>>>& cb);
     // Tells every listener of a change.
     static void announce(unsigned flags);
 };

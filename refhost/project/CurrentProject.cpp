@@ -13,8 +13,8 @@ GenericNotifier<NotifierEvent<CurrentProject::ChangeDescription>>& projectNotifi
 }
 } // namespace
 
-Zk::Ptr<Zk::Guard> CurrentProject::addListener(
-    const Zk::Ptr<iCallbackBase<int, NotifierEvent<ChangeDescription>>>& cb) {
+Zk::Ptr<Zk::Guard>
+CurrentProject::addListener(const Zk::Ptr<iCallbackBase<int, NotifierEvent<ChangeDescription>>>& cb) {
     return projectNotifier().registerNotification(cb, NotifyMsgTypeDictionary::instance().defaultMsgType);
 }
 

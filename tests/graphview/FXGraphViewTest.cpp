@@ -1,0 +1,234 @@
+// The graph view frame: spaces, zoom and centre, scroll bars, orientation, the timer count, the
+// time span of the node list, and the picture it paints.
+#include "graphview/FXGraphView.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <cmath>
+
+#include "host/Canvas.h"
+#include "host/EditorPreferences.h"
+#include "host/ToolkitApp.h"
+#include "host/UifStd.h"
+#include "host/VobManager.h"
+#include "nodeui/NodeUIPosManager.h"
+#include "refhost/edit/EditFile.h"
+
+namespace {
+
+struct ViewFixture : ::testing::Test {
+    void SetUp() override {
+        ensureToolkitApplication();
+        prefs().setPreference(kOrientationPrefKey, "BottomToTop");
+        std::string error;
+        edit = EditFile::open(std::string(NODEDESK_SOURCE_DIR) + "/samples/multitrack.edit.json", error);
+        ASSERT_TRUE(edit) << error;
+        vob = VobManager::instance().vobFor(edit, "view-test");
+        vob->storeCurrentTime(1.0);
+        view = new FXGraphView(FXGraphView::InitArgs(600, 400, vob.get(), 1));
+    }
+    void TearDown() override {
+        delete view;
+        VobManager::instance().reset();
+    }
+    EditPtr edit;
+    Zk::Ptr<Vob> vob;
+    FXGraphView* view = nullptr;
+};
+
+} // namespace
+
+TEST_F(ViewFixture, ConstructionDefaults) {
+    EXPECT_EQ(view->getViewZoom().getVal(), 0.75) << "zoom before any refit of nodes";
+    EXPECT_EQ(view->getMaxNodeWidth(), 6 * UifStd::getRowHeight());
+    EXPECT_TRUE(view->manualPosMode().getVal());
+    EXPECT_EQ(view->getOrientation(), VidRouting::Orientations::BottomToTop);
+    EXPECT_EQ(view->getEditH(), edit);
+    EXPECT_EQ(view->primaryChan(), edit->chan(0).id) << "the first video channel is in focus";
+    EXPECT_EQ(view->vob(), vob.get());
+    EXPECT_EQ(NodeUIPosManager::getManagerFor(edit)->orientation(), VidRouting::Orientations::BottomToTop)
+        << "the view gives its orientation to the edit's position manager";
+    EXPECT_STREQ(view->idstring(), "FXGraphView");
+}
+
+TEST_F(ViewFixture, ZoomClampAndScale) {
+    view->setViewZoom(2.0);
+    EXPECT_EQ(view->getViewZoom().getVal(), 1.0);
+    EXPECT_EQ(view->physicalScale(), view->calcPhysicalScale(1.0));
+    EXPECT_DOUBLE_EQ(view->graphToViewDistance(0.125), view->getMaxNodeWidth())
+        << "a node is maxNodeWidth_ pixels wide at zoom 1";
+    view->handleZoom(1);
+    EXPECT_EQ(view->getViewZoom().getVal(), 1.0) << "1.1 asked, 1.0 stored";
+    view->handleZoom(-1);
+    EXPECT_NEAR(view->getViewZoom().getVal(), 0.9, 1e-12);
+    view->setViewZoom(-3);
+    EXPECT_EQ(view->getViewZoom().getVal(), 0.0);
+    // Zoom 0 shows the whole canvas (-1..1) in the smaller side of the widget.
+    EXPECT_DOUBLE_EQ(view->physicalScale(), std::min(600 / 2.0, 400 / 2.0));
+
+    const XY<int> size = view->getNodeSize();
+    EXPECT_EQ(size.x, static_cast<int>(view->physicalScale() * 0.125)) << "without nodes, from the scale";
+    EXPECT_EQ(size.y, static_cast<int>(view->physicalScale() * 0.1));
+
+    view->setMaxNodeSize(10);
+    EXPECT_DOUBLE_EQ(view->physicalScale(), view->calcPhysicalScale(0.0));
+    EXPECT_DOUBLE_EQ(view->calcPhysicalScale(0.5), 80.0) << "a canvas shown whole at full size ignores zoom";
+}
+
+TEST_F(ViewFixture, SpacesAndPixels) {
+    const XY<int> p0 = FXGraphView::graphToPixels(0.0, 0.0);
+    EXPECT_EQ(p0.x, 1);
+    EXPECT_EQ(p0.y, 1);
+    const XY<int> p1 = FXGraphView::graphToPixels(-1.0, -1.0);
+    EXPECT_EQ(p1.x, -1);
+    EXPECT_EQ(p1.y, -1);
+
+    const Zk::Box<int> w = view->getWindowPos();
+    EXPECT_EQ(w.x1, UifStd::getIndentWidth());
+    EXPECT_EQ(w.y1, ScrollBar::thickness() + UifStd::getWidgetGap());
+    EXPECT_EQ(w.x2, 600 - UifStd::getWidgetGap() - ScrollBar::thickness());
+    EXPECT_EQ(w.y2, 400 - UifStd::getIndentWidth());
+
+    view->setViewCentre(0.25, -0.5);
+    const XY<double> v = view->graphToViewSpace(0.25, -0.5);
+    EXPECT_DOUBLE_EQ(v.x, (w.x1 + w.x2) * 0.5) << "the centre lands in the window's middle";
+    EXPECT_DOUBLE_EQ(v.y, (w.y1 + w.y2) * 0.5);
+    const XY<double> back = view->viewToGraphSpace(v.x + 30, v.y - 12);
+    EXPECT_NEAR(back.x, 0.25 + 30 / view->physicalScale(), 1e-12);
+    EXPECT_NEAR(back.y, -0.5 - 12 / view->physicalScale(), 1e-12);
+
+    view->setViewCentre(5, -7);
+    EXPECT_EQ(view->getViewCX(), 1.0) << "the centre is clamped to the canvas";
+    EXPECT_EQ(view->getViewCY(), -1.0);
+
+    int x1 = -50, y1 = 10, x2 = 20, y2 = 9999;
+    EXPECT_TRUE(view->clipRectToView(x1, y1, x2, y2));
+    EXPECT_EQ(x1, w.x1);
+    EXPECT_EQ(y2, w.y2);
+    x1 = 700, x2 = 800;
+    EXPECT_FALSE(view->clipRectToView(x1, y1, x2, y2));
+    EXPECT_EQ(x1 + y1 + x2 + y2, 0);
+}
+
+TEST_F(ViewFixture, EdgeThicknessFollowsTheZoom) {
+    const int rh = UifStd::getRowHeight();
+    view->setViewZoom(1.0);
+    const int main = static_cast<int>(static_cast<double>(static_cast<float>(rh / 7.0)) + 0.5);
+    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeMain), std::max(1, main));
+    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeOutline), std::max(1, main) + 1);
+    view->setViewZoom(0.0);
+    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeMain), 1) << "never thinner than one pixel";
+}
+
+TEST_F(ViewFixture, ScrollBarsFollowCentreAndZoomAndBack) {
+    ScrollBar* h = view->horzScrollBar();
+    ScrollBar* v = view->vertScrollBar();
+    ASSERT_TRUE(h && v);
+    view->setViewZoom(0.8);
+    view->setViewCentre(0.3, -0.2);
+    const double s = view->physicalScale();
+    const double viewW = 600 / s, spanX = 2 + viewW;
+    EXPECT_NEAR(h->getThumbPos(), (0.3 + 1) / spanX, 1e-12);
+    EXPECT_NEAR(h->getThumbSize(), viewW / spanX, 1e-12);
+    const double viewH = 400 / s, spanY = 2 + viewH;
+    EXPECT_NEAR(v->getThumbSize(), viewH / spanY, 1e-12);
+    EXPECT_NEAR(v->getThumbPos(), 1 - ((-0.2 + 1) / spanY + viewH / spanY), 1e-12) << "bars run downward";
+
+    // A thumb moved without a change of size leaves the zoom alone and moves the centre.
+    h->setThumbPos(h->getThumbPos() + 0.05);
+    view->handleScrollbarMsg(h, ScrollBar::thumbMovedMsg);
+    EXPECT_EQ(view->getViewZoom().getVal(), 0.8);
+    EXPECT_NE(view->getViewCX(), 0.3);
+    v->setThumbPos(v->getThumbPos());
+    const double cyBefore = view->getViewCY();
+    view->handleScrollbarMsg(v, ScrollBar::thumbMovedMsg);
+    EXPECT_EQ(view->getViewZoom().getVal(), 0.8);
+    EXPECT_NEAR(view->getViewCY(), cyBefore, 0.2) << "the vertical thumb maps back near where it was";
+
+    // A stretched thumb changes the zoom.
+    h->setThumbSize(h->getThumbSize() * 1.3);
+    view->handleScrollbarMsg(h, ScrollBar::thumbStretchedMsg);
+    EXPECT_LT(view->getViewZoom().getVal(), 0.8) << "a larger thumb shows more: lower zoom";
+
+    // The buttons scroll a third of the widget.
+    const double cx = view->getViewCX();
+    view->setViewZoom(1.0);
+    view->handleScrollbarMsg(h, ScrollBar::leftButtonPressedMsg);
+    EXPECT_NEAR(view->getViewCX(), std::max(-1.0, cx - (600 / view->physicalScale()) / 3), 1e-12);
+    const double cy = view->getViewCY();
+    view->handleScrollbarMsg(v, ScrollBar::upButtonPressedMsg);
+    EXPECT_NEAR(view->getViewCY(), std::min(1.0, cy + (400 / view->physicalScale()) / 3), 1e-12);
+    EXPECT_EQ(view->handleMessageEvent(ScrollBar::downButtonPressedMsg, v), 1) << "bar messages are taken";
+}
+
+TEST_F(ViewFixture, TimerCountAndClip) {
+    Zk::Box<int> odd;
+    odd.x2 = 7;
+    odd.y2 = 7;
+    view->canvas()->renderer().setClipRect(odd);
+    view->disableETime();
+    EXPECT_EQ(view->canvas()->renderer().getClipRect(), odd) << "disable at 0 does nothing";
+    view->enableETime();
+    view->enableETime();
+    EXPECT_TRUE(view->getInterests() & Glob::TimerInterest);
+    view->disableETime();
+    EXPECT_TRUE(view->isETimeEnabled());
+    view->disableETime();
+    EXPECT_FALSE(view->isETimeEnabled());
+    EXPECT_FALSE(view->getInterests() & Glob::TimerInterest);
+    EXPECT_EQ(view->canvas()->renderer().getClipRect(), view->getWindowPos());
+}
+
+TEST_F(ViewFixture, OrientationIsAPreferenceAndTheManagersToo) {
+    view->setOrientation(VidRouting::Orientations::LeftToRight, true);
+    EXPECT_EQ(view->getOrientation(), VidRouting::Orientations::LeftToRight);
+    EXPECT_STREQ(prefs().getPreference(kOrientationPrefKey, "").c_str(), "LeftToRight");
+    EXPECT_EQ(NodeUIPosManager::getManagerFor(edit)->orientation(), VidRouting::Orientations::LeftToRight);
+    FXGraphView second(FXGraphView::InitArgs(300, 200, vob.get(), 1));
+    EXPECT_EQ(second.getOrientation(), VidRouting::Orientations::LeftToRight)
+        << "a new view reads the preference";
+}
+
+TEST_F(ViewFixture, MorphologySpanAroundCuts) {
+    // The multitrack edit cuts at 4 (V4) and 8 (V1, V2) and ends at 16.
+    view->calcMorphologyExtents(1.0);
+    EXPECT_EQ(view->morphologyStart(), 0.0);
+    EXPECT_EQ(view->morphologyEnd(), 4.0);
+    view->calcMorphologyExtents(8.0);
+    EXPECT_EQ(view->morphologyStart(), 8.0) << "on a cut: the cut starts the span";
+    EXPECT_EQ(view->morphologyEnd(), 16.0) << "and the next cut, here the end, ends it";
+    view->calcMorphologyExtents(16.0 - 1e-7);
+    EXPECT_EQ(view->morphologyStart(), 16.0) << "within 1e-6 of the end";
+    EXPECT_EQ(view->morphologyEnd(), 1e12);
+    view->calcMorphologyExtents(-3.0);
+    EXPECT_EQ(view->morphologyEnd(), 0.0) << "before the start";
+}
+
+TEST_F(ViewFixture, PlayheadMovesRebuildOnlyOutsideTheSpan) {
+    view->calcMorphologyExtents(1.0);
+    vob->setCurrentTime(2.0);
+    EXPECT_EQ(view->morphologyEnd(), 4.0) << "inside the span nothing is recomputed";
+    vob->setCurrentTime(4.0);
+    EXPECT_EQ(view->morphologyStart(), 4.0) << "at the span's end the list is rebuilt and the span moves";
+    EXPECT_EQ(view->morphologyEnd(), 8.0);
+}
+
+TEST_F(ViewFixture, PaintsTheBackgroundInTheWindowAndBothBars) {
+    const std::string path = std::string(NODEDESK_BINARY_DIR) + "/view-snapshot.png";
+    ASSERT_TRUE(view->saveSnapshot(path.c_str()));
+    QImage img(QString::fromStdString(path));
+    ASSERT_FALSE(img.isNull());
+    ASSERT_EQ(img.width(), 600);
+    ASSERT_EQ(img.height(), 400);
+    const Colour bg = view->getPalette().window(0);
+    const QColor mid = img.pixelColor(300, 200);
+    EXPECT_NEAR(mid.redF(), bg.red(), 0.02) << "the window is filled with the palette's base";
+    EXPECT_NEAR(mid.greenF(), bg.green(), 0.02);
+    EXPECT_NEAR(mid.blueF(), bg.blue(), 0.02);
+    // The bars stand along the bottom and the right edge, where the window is not.
+    const QColor bottom = img.pixelColor(300, 400 - ScrollBar::thickness() / 2);
+    const QColor right = img.pixelColor(600 - ScrollBar::thickness() / 2, 200);
+    EXPECT_NE(bottom, mid);
+    EXPECT_NE(right, mid);
+}

@@ -12,10 +12,12 @@
 
 namespace {
 
-// An edit with one node per record, so that the sweep in pack keeps every record.
+// An edit with one node per record, so that the sweep in pack keeps every record. Each has a
+// cookie of its own, and lets go of its manager at the end: the manager holds its edit.
 struct Fixture {
     explicit Fixture(int records) : edit(new Edit) {
-        edit->setCookie(Cookie(Cookie::EditKind, IdStamp(1, 0, 1)));
+        static uint32_t serial = 0;
+        edit->setCookie(Cookie(Cookie::EditKind, IdStamp(1, 0, ++serial)));
         manager = NodeUIPosManager::getManagerFor(edit);
         for (int i = 1; i <= records; ++i) {
             IdStamp id(10, 0, static_cast<uint32_t>(i));
@@ -23,6 +25,7 @@ struct Fixture {
             manager->getRec(id, edit->cookie(), i * 0.25, -i * 0.5);
         }
     }
+    ~Fixture() { edit->clearObjects(); }
     std::string pack() const {
         StreamFile f;
         PStream s(&f);

@@ -45,6 +45,9 @@ public:
     bool cycleInputs(EditGraphIterator& it, bool announce);
 
     const EditPtr& edit() const { return edit_; }
+    const EditModule& module() const { return module_; }
+    // The channel the editor was made for, -1 for an editor without one.
+    int chanIndex() const { return chanIndex_; }
 
 private:
     EditPtr edit_;

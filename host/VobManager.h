@@ -35,8 +35,10 @@ public:
 
     Vob* getVobWithCookie(const Cookie& cookie) const;
     const std::vector<Zk::Ptr<Vob>>& vobs() const { return vobs_; }
-    // Forgets every Vob and edit; for tests and program exit.
+    // Forgets every Vob and closes every edit; for tests and program exit.
     void reset();
+    // Closes an edit: its stored objects are let go and it is forgotten.
+    void closeEdit(const EditPtr& edit);
 
 private:
     std::vector<Zk::Ptr<Vob>> vobs_;

@@ -254,10 +254,24 @@ void VobManager::close(VobClient* client, bool dropIfUnused) {
         return;
     Vob* v = client->vob_;
     v->detach(client);
-    if (dropIfUnused && v->clients().empty())
-        vobs_.erase(
-            std::remove_if(vobs_.begin(), vobs_.end(), [v](const Zk::Ptr<Vob>& p) { return p.get() == v; }),
-            vobs_.end());
+    if (!dropIfUnused || !v->clients().empty())
+        return;
+    EditPtr edit = v->edit();
+    vobs_.erase(std::remove_if(vobs_.begin(), vobs_.end(), [v](const Zk::Ptr<Vob>& p) { return p.get() == v; }),
+                vobs_.end());
+    for (const auto& other : vobs_)
+        if (other->edit() == edit)
+            return;
+    closeEdit(edit);
+}
+
+void VobManager::closeEdit(const EditPtr& edit) {
+    if (!edit)
+        return;
+    // Objects stored in the edit hold the edit in turn; closing it lets both go.
+    edit->setPublisher(nullptr);
+    edit->clearObjects();
+    edits_.erase(std::remove(edits_.begin(), edits_.end(), edit), edits_.end());
 }
 
 Vob* VobManager::getVobWithCookie(const Cookie& cookie) const {
@@ -268,9 +282,12 @@ Vob* VobManager::getVobWithCookie(const Cookie& cookie) const {
 }
 
 void VobManager::reset() {
-    for (const auto& e : edits_)
-        e->setPublisher(nullptr);
+    std::vector<EditPtr> edits = edits_;
+    for (const auto& v : vobs_)
+        edits.push_back(v->edit());
     vobs_.clear();
+    for (const auto& e : edits)
+        closeEdit(e);
     edits_.clear();
 }
 

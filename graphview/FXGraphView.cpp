@@ -136,10 +136,15 @@ XY<double> FXGraphView::graphToViewSpace(double x, double y) const {
     return r;
 }
 
-void FXGraphView::graphToViewSpace(double x, double y, double& vx, double& vy) const {
+XY<double> FXGraphView::windowCentre() const {
+    // In integers first, then halved.
     const Zk::Box<int> w = getWindowPos();
-    const double cx = static_cast<double>(w.x1 + w.x2) * 0.5;
-    const double cy = static_cast<double>(w.y1 + w.y2) * 0.5;
+    return XY<double>(static_cast<double>(w.x1 + w.x2) * 0.5, static_cast<double>(w.y1 + w.y2) * 0.5);
+}
+
+void FXGraphView::graphToViewSpace(double x, double y, double& vx, double& vy) const {
+    const XY<double> c = windowCentre();
+    const double cx = c.x, cy = c.y;
     vx = (x - getViewCX()) * physicalScale_ + cx;
     vy = (y - getViewCY()) * physicalScale_ + cy;
 }
@@ -151,9 +156,8 @@ XY<double> FXGraphView::viewToGraphSpace(double x, double y) const {
 }
 
 void FXGraphView::viewToGraphSpace(double x, double y, double& gx, double& gy) const {
-    const Zk::Box<int> w = getWindowPos();
-    const double cx = static_cast<double>(w.x1 + w.x2) * 0.5;
-    const double cy = static_cast<double>(w.y1 + w.y2) * 0.5;
+    const XY<double> c = windowCentre();
+    const double cx = c.x, cy = c.y;
     gx = (x - cx) / physicalScale_ + getViewCX();
     gy = (y - cy) / physicalScale_ + getViewCY();
 }

@@ -160,6 +160,7 @@ public:
 
 private:
     Zk::Ptr<NodeUIPosManager> posManager() const;
+    XY<double> windowCentre() const;
 
     bool suppressInputRecalc_ = false;
     std::vector<Zk::Ptr<FXGraphViewNode>> nodes_;

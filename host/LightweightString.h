@@ -93,3 +93,5 @@ String stringFormatV(const char* fmt, va_list args);
 // UTF-8 and wide conversions used wherever text crosses between the two.
 WString toWide(const String& s);
 String toUtf8(const WString& s);
+// Appends one code point to a UTF-8 byte string.
+void appendUtf8(std::string& out, unsigned codePoint);

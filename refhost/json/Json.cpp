@@ -1,6 +1,8 @@
 // A strict JSON reader (RFC 8259) with positions, and a writer.
 #include "refhost/json/Json.h"
 
+#include "host/LightweightString.h"
+
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -236,24 +238,6 @@ private:
         return true;
     }
 
-    static void putUtf8(std::string& s, unsigned cp) {
-        if (cp < 0x80) {
-            s.push_back(static_cast<char>(cp));
-        } else if (cp < 0x800) {
-            s.push_back(static_cast<char>(0xC0 | (cp >> 6)));
-            s.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-        } else if (cp < 0x10000) {
-            s.push_back(static_cast<char>(0xE0 | (cp >> 12)));
-            s.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-            s.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-        } else {
-            s.push_back(static_cast<char>(0xF0 | (cp >> 18)));
-            s.push_back(static_cast<char>(0x80 | ((cp >> 12) & 0x3F)));
-            s.push_back(static_cast<char>(0x80 | ((cp >> 6) & 0x3F)));
-            s.push_back(static_cast<char>(0x80 | (cp & 0x3F)));
-        }
-    }
-
     bool string(std::string& out) {
         ++pos_; // the opening quote
         for (;;) {
@@ -309,7 +293,7 @@ private:
                         return fail("expected the second half of a surrogate pair");
                     cp = 0x10000 + ((cp - 0xD800) << 10) + (lo - 0xDC00);
                 }
-                putUtf8(out, cp);
+                appendUtf8(out, cp);
                 break;
             }
             default:

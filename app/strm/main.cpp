@@ -2,6 +2,8 @@
 // layer, with every warning and error of the reader in its own words. FILE is either an edit's
 // object store or the chain of one object. Exit code 0 when all reads well, 1 when the reader
 // reported errors, 2 when FILE cannot be read or is not a stream.
+#include "refhost/core/Base64.h"
+#include "refhost/json/Json.h"
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -107,6 +109,31 @@ int main(int argc, char** argv) {
     const String known = NodeUIPosManager::subHierarchyName(false, true);
     (void)known;
 
+    // An edit file carries its objects as base64 text, one per key.
+    const size_t first = bytes.find_first_not_of(" \t\r\n");
+    json::Value root;
+    json::ParseError pe;
+    if (first != std::string::npos && bytes[first] == '{' && json::parse(bytes, root, pe) &&
+        root.isObject()) {
+        const json::Value* objects = root.find("objects");
+        if (!objects || !objects->isObject() || objects->members().empty()) {
+            std::printf("edit file, no stored objects\n");
+            return 0;
+        }
+        std::printf("edit file, %zu stored objects\n", objects->members().size());
+        bool ok = true;
+        for (const auto& [key, text] : objects->members()) {
+            std::string objectBytes;
+            if (!text.isString() || !base64Decode(text.asString(), objectBytes)) {
+                std::printf("key \"%s\": not base64 text\n", key.c_str());
+                ok = false;
+                continue;
+            }
+            std::printf("key \"%s\", %zu bytes\n", key.c_str(), objectBytes.size());
+            ok = dumpObject(objectBytes, std::string(), 2) && ok;
+        }
+        return ok ? 0 : 1;
+    }
     if (isEditObjectStore(bytes)) {
         std::vector<StoredObjectBytes> objects;
         if (!splitEditObjects(bytes, objects, error)) {

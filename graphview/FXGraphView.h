@@ -162,6 +162,10 @@ private:
     Zk::Ptr<NodeUIPosManager> posManager() const;
     XY<double> windowCentre() const;
 
+protected:
+    // The view's state. Gestures, connection drags and fades read and write the fields that the
+    // frame itself only clears.
+
     bool suppressInputRecalc_ = false;
     std::vector<Zk::Ptr<FXGraphViewNode>> nodes_;
     EditPtr edit_;

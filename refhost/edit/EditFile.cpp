@@ -70,8 +70,10 @@ public:
             end = std::max(end, edit_.chan(i).cel->get_end_time());
         if (!optNumber(root, "start", start) || !optNumber(root, "end", end))
             return false;
-        if (end < start)
-            return fail(*root.find("end"), "expected the end of the edit at or after its start");
+        if (end < start) {
+            const json::Value* at = root.find("end") ? root.find("end") : root.find("start");
+            return fail(*at, "expected the end of the edit at or after its start");
+        }
         edit_.setTimes(start, end);
 
         if (const json::Value* objs = root.find("objects"))

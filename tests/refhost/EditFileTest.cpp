@@ -51,6 +51,9 @@ TEST(EditFile, FaultsNameFileLineAndWhatWasExpected) {
          "t.json:1:51: node 9.9.9 is not defined"},
         {"{\"nodes\": [{\"id\": \"5.0.1\", \"tag\": \"T\", \"inputs\": [{\"track\": \"7.0.1\"}]}]}",
          "t.json:1:61: track 7.0.1 is neither a channel of the edit nor an internal track (0.1.n)"},
+        {"{\"start\": 20, \"channels\": [{\"id\": \"1.0.1\", \"events\": [{\"start\": 0, \"end\": 5, "
+         "\"black\": true}]}]}",
+         "t.json:1:11: expected the end of the edit at or after its start"},
         {"{\"objects\": {\"NodePosManager\": \"@@@\"}}",
          "t.json:1:32: expected base64 text for object \"NodePosManager\""},
     };

@@ -12,7 +12,8 @@ public:
 
     CelEventPair() = default;
     // The event of `chan` that holds `time`; an event of the channel starting exactly at `time`
-    // wins over the one ending there.
+    // wins over the one ending there. An id that names no channel is taken as the id of an
+    // effect graph's root: the pair is then the event at `time` whose graph that node heads.
     CelEventPair(const EditPtr& edit, const IdStamp& chan, double time);
     CelEventPair(const EditPtr& edit, int chan, double time);
     // The event with that index on that channel.

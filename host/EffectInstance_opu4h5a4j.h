@@ -35,6 +35,9 @@ public:
     // A transition stands between two cels of a channel; its inputs are the outgoing and the
     // incoming material.
     bool isTransition() const { return tagTypeId().startsWith("Transition:"); }
+    // Whether the user may wire the effect's inputs by hand: every effect but a transition,
+    // whose inputs are its two cels.
+    bool inputsOpenToWiring() const { return !isTransition(); }
 
 private:
     bool enabled_ = true;

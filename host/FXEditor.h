@@ -7,6 +7,7 @@
 #include "host/EditGraphIterator.h"
 #include "host/EditModule.h"
 #include "host/EditTypes.h"
+#include "host/EffectTemplate.h"
 
 class FXEditor {
 public:
@@ -36,6 +37,20 @@ public:
     bool canConnectNodes(const EditGraphIterator& to, size_t input, const EditGraphIterator& from) const;
     bool connectNodes(EditGraphIterator& to, int input, const EditGraphIterator& from, bool announce);
     bool disconnectNodes(EditGraphIterator& to, int input, bool announce);
+    // Templates. Each copies the template's components into the edit with fresh ids and answers
+    // with an iterator on the new head and the change, which includes (8, 0).
+    // Onto a node: the head takes the node's place in everything that used it, and the node
+    // feeds the first open input of each component.
+    RC applyEffectsTemplateToNode(const Zk::Ptr<EffectTemplate>& tmpl, const Zk::Ptr<FXGraphNodeBase>& node);
+    // Where the host sees fit: onto what the module's channel (or the first channel of the
+    // template's type) shows at the module's start, or, where that is black, as a new effect
+    // event over the module's region. The flags and the last two arguments are passed through.
+    RC autoApplyEffectsTemplate(const Zk::Ptr<EffectTemplate>& tmpl, const EditModule& module, int flags,
+                                int reserved, void* context);
+    // Puts the template in the place of the transition of that event; the transition's inputs
+    // become the template's, in order.
+    RC replaceTransitionEffect(CelEventPair& pair, const Zk::Ptr<EffectTemplate>& tmpl);
+
     // The span a new effect would take: the module's region (its marks, or the event under the
     // playhead on its channel, or the whole edit). `snapToFrames` and `accuracy` ask for frame
     // times; this edit model keeps times exactly.

@@ -7,7 +7,22 @@
 #include "host/Edit.h"
 
 CelEventPair::CelEventPair(const EditPtr& edit, const IdStamp& chan, double time)
-    : CelEventPair(edit, edit ? edit->getIdx(chan) : -1, time) {}
+    : CelEventPair(edit, edit ? edit->getIdx(chan) : -1, time) {
+    if (valid_ || !edit || edit->getIdx(chan) >= 0)
+        return;
+    for (int c = 0; c < edit->numChans(); ++c) {
+        int i = edit->chan(c).cel->eventIndexAt(time);
+        if (i < 0)
+            continue;
+        const CelEvent& e = edit->chan(c).cel->events()[static_cast<size_t>(i)];
+        if (e.kind == CelEvent::Graph && e.node && e.node->getId() == chan) {
+            chan_ = c;
+            index_ = i;
+            valid_ = true;
+            return;
+        }
+    }
+}
 
 CelEventPair::CelEventPair(const EditPtr& edit, int chan, double time) : edit_(edit), chan_(chan) {
     if (!edit_ || chan < 0 || chan >= edit_->numChans())

@@ -2,7 +2,7 @@
 #include "graphnodes/FXGraphViewNode.h"
 
 #include "graphview/FXGraphView.h"
-#include "host/ImageAspect.h"
+#include "host/PictureShape.h"
 
 FXGraphViewNode::FXGraphViewNode(FXGraphView* view, const Zk::Ptr<FXGraphNodeBase>& node)
     : node_(node), view_(view) {}

@@ -1,7 +1,7 @@
 // The open project's change notices and picture shapes.
 #include "host/CurrentProject.h"
 
-#include "host/ImageAspect.h"
+#include "host/PictureShape.h"
 #include "host/NotifyMsgTypeDictionary.h"
 
 namespace Zk {

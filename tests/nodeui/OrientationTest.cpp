@@ -22,7 +22,9 @@ TEST(Orientation, TextFormsBothWays) {
 
 TEST(Orientation, MissingPreferenceIsBottomToTop) {
     const String key = "Video Routing : Orientation (test of the default)";
+    prefs().removePreference(key);
     EXPECT_EQ(orientationFromString(prefs().getPreference(key, kOrientationPrefDefault)), BottomToTop);
     prefs().setPreference(key, orientationToString(LeftToRight));
     EXPECT_EQ(orientationFromString(prefs().getPreference(key, kOrientationPrefDefault)), LeftToRight);
+    prefs().removePreference(key);
 }

@@ -21,5 +21,8 @@ void FXGraphNodeNotifier::startBatch(const EffectModification& modification) {
 void FXGraphNodeNotifier::endBatch() {
     if (depth_ == 0 || --depth_ > 0)
         return;
-    issueNotification(batch_, NotifyMsgTypeDictionary::instance().defaultMsgType);
+    // A client may open the next batch while this one is being told, which overwrites batch_:
+    // every client of this dispatch hears the modification this batch was opened with.
+    const EffectModification closed = batch_;
+    issueNotification(closed, NotifyMsgTypeDictionary::instance().defaultMsgType);
 }

@@ -1,6 +1,7 @@
 // Watching graph nodes: single changes, bracketed changes, and the node's end.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -11,8 +12,13 @@
 namespace {
 
 struct Watcher : FXGraphNodeClient {
-    void generalUpdateNotification(const EffectModification& m) override { heard.push_back(m); }
+    void generalUpdateNotification(const EffectModification& m) override {
+        heard.push_back(m);
+        if (onHear)
+            onHear();
+    }
     std::vector<EffectModification> heard;
+    std::function<void()> onHear;
 };
 
 } // namespace
@@ -44,6 +50,30 @@ TEST(FXGraphNodeClient, HearsEachChangeAndOneBracketedChangeAtItsEnd) {
 
     node.endBatchChange();
     EXPECT_EQ(watcher.heard.size(), 1u) << "an end without a start tells nothing";
+}
+
+TEST(FXGraphNodeClient, ABracketOpenedWhileTheLastIsToldLeavesWhatTheOthersHear) {
+    EffectInstance_opu4h5a4j node(IdStamp(1, 2, 3));
+    Watcher first, second;
+    first.registerWith(&node);
+    second.registerWith(&node);
+    EffectModification toggle(IdStamp(999, 999, 999), IdStamp(0, 0, 0), 1, 4);
+    EffectModification next(IdStamp(5, 5, 5), IdStamp(0, 0, 0), 2, 0);
+    first.onHear = [&] {
+        first.onHear = nullptr;
+        node.startBatchChange(next);
+    };
+
+    node.startBatchChange(toggle);
+    node.setEnabled(false);
+    node.endBatchChange();
+    ASSERT_EQ(second.heard.size(), 1u);
+    EXPECT_EQ(second.heard[0], toggle)
+        << "a client later in the list hears the closed bracket, not the one opened under it";
+
+    node.endBatchChange();
+    EXPECT_EQ(first.heard, (std::vector<EffectModification>{toggle, next}));
+    EXPECT_EQ(second.heard, (std::vector<EffectModification>{toggle, next}));
 }
 
 TEST(FXGraphNodeClient, SwitchingNodesAndOutlivingThem) {

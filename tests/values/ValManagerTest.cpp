@@ -157,6 +157,51 @@ TEST(ValManager, ClaimsRecordsAndReleases) {
         EXPECT_EQ(b.serverRecs().size(), 2u);
     }
     EXPECT_EQ(b.serverRecs().size(), 1u) << "a server that dies releases itself from its manager";
+
+    // Claiming a server again without a callback goes through this manager's own release too.
+    ValServer<double> v;
+    b.addServerCallback(&v, &View::refuseAll);
+    b.setManagerFor(&v);
+    EXPECT_EQ(b.serverRecs().size(), 1u) << "setManagerFor on a server of its own drops its record";
+    EXPECT_EQ(v.manager(), &b);
+    EXPECT_TRUE(v.setVal(1.0));
+}
+
+TEST(ValManager, ADyingServerLeavesItsManagerBeforeItsClientsHear) {
+    View view;
+    struct Death {
+        int kind = -1, detail = -1;
+        double value = 0.0;
+        ValManagerBase<double>* manager = nullptr;
+        unsigned records = 0;
+    } death;
+    auto* server = new ValServer<double>;
+    *server = 6.5;
+    view.addServerCallback(server, &View::limitZoom);
+    ASSERT_EQ(view.serverRecs().size(), 2u);
+
+    struct Listener {
+        int heard(const ValServerEvent<double>& e) {
+            if (e.kind == ValServerEvent<double>::kDestroyed)
+                *death = {e.kind, e.detail, e.value, server->manager(), view->serverRecs().size()};
+            return 0;
+        }
+        Death* death;
+        ValServer<double>* server;
+        View* view;
+    } listener{&death, server, &view};
+    Zk::Ptr<Zk::Guard> guard = server->registerNotification(
+        Zk::Ptr<iCallbackBase<int, ValServerEvent<double>>>(
+            new MethodCallback<Listener, ValServerEvent<double>, int>(&listener, &Listener::heard)),
+        NotifyMsgTypeDictionary::instance().defaultMsgType);
+
+    delete server;
+    EXPECT_EQ(death.kind, 2);
+    EXPECT_EQ(death.detail, 4);
+    EXPECT_EQ(death.value, 6.5) << "the death event carries the last value";
+    EXPECT_EQ(death.manager, nullptr) << "the server has let go of its manager before it tells";
+    EXPECT_EQ(death.records, 1u) << "and the manager has already forgotten it";
+    EXPECT_FALSE(guard->active());
 }
 
 TEST(ValManager, BatchesNestAndAnUnmatchedEndStillEnds) {

@@ -121,12 +121,18 @@ TEST(ValClient, RegistrationDisablingAndServerDeath) {
     *server = 1.0;
     client.enable();
     *server = 2.0;
+    server->issueValPreChanged(7);
     EXPECT_TRUE(client.events.empty()) << "disables nest";
+    EXPECT_TRUE(client.pre.empty()) << "a disabled client misses announcements too";
     client.enable();
     client.enable(); // lowering never goes below zero
     *server = 3.0;
     ASSERT_EQ(client.events.size(), 1u) << "changes made while disabled are not queued";
     EXPECT_EQ(client.events[0].value, 3.0);
+    server->issueValPreChanged(7);
+    ASSERT_EQ(client.pre.size(), 1u);
+    EXPECT_EQ(client.pre[0].detail, 7) << "the sender's code is handed through";
+    EXPECT_EQ(client.pre[0].value, 3.0);
 
     client.disable();
     server.reset();

@@ -465,13 +465,15 @@ void FXGraphView::recalcNodeList(bool notifyGroup) {
     for (const auto& n : nodes_) {
         for (const auto& o : old) {
             if (o->getId() == n->getId()) {
+                n->pos_.NotifyWithDisable::disable();
                 n->setPos(o->x(), o->y(), true);
+                n->pos_.NotifyWithDisable::enable();
                 break;
             }
         }
     }
     if (!manualPosMode_.getVal() || old.size() != nodes_.size())
-        RootStacker::tidyRoots(edit_, getEditTime(), getRoots(), XY<double>(0, 0), this);
+        autoTidy();
     setViewZoom(viewZoom_.getVal());
     if (manager) {
         manager->enable();
@@ -625,7 +627,23 @@ void FXGraphView::rotateNodes(double degrees) {
         }
         const double radius = std::sqrt(x * x + y * y);
         const double turned = (angle + degrees) * kPi / 180.0;
-        n->pos_.setPos(std::cos(turned) * radius, std::sin(turned) * radius, false);
+        n->setPos(std::cos(turned) * radius, std::sin(turned) * radius, false);
+    }
+}
+
+void FXGraphView::autoTidy() {
+    RootStacker::tidyRoots(edit_, getEditTime(), getRoots(), XY<double>(0, 0), this);
+}
+
+void FXGraphView::checkForCoincidentNodes() {
+    // Exact comparison, no tolerance; the scan goes on after a tidy rather than stopping.
+    for (const auto& a : nodes_) {
+        for (const auto& b : nodes_) {
+            if (a.get() != b.get() && a->x() == b->x() && a->y() == b->y()) {
+                autoTidy();
+                break;
+            }
+        }
     }
 }
 
@@ -676,6 +694,8 @@ void FXGraphView::drawPrimaryNodeHighlight() {}
 void FXGraphView::drawConnections(eEdgeType) {}
 void FXGraphView::drawNodes() {}
 void FXGraphView::drawDraggedConnection() {}
+void FXGraphView::drawNodeNames() {}
+void FXGraphView::drawStills() {}
 
 // --- notices ----------------------------------------------------------------------------------------
 
@@ -687,6 +707,8 @@ void FXGraphView::handleModifications(const EditModifications& mods, const VobMo
     if (!mods.empty() && mods.includesAnyOf(kRebuild)) {
         morphologyStart_ = morphologyEnd_ = kNoTime;
         recalcNodeList(false);
+        if (manualPosMode_.getVal())
+            checkForCoincidentNodes();
         calcMorphologyExtents(time);
         ensureNodeListVisible(getAllNodes(), RefitIfTooBig);
         update();
@@ -696,7 +718,7 @@ void FXGraphView::handleModifications(const EditModifications& mods, const VobMo
     } else if (!mods.empty() && mods.includes(18, 11)) {
         update();
     } else if (!mods.empty() && (mods.includes(16, 0) || mods.includes(18, 4))) {
-        update();
+        drawNodeNames();
     } else if (vobMod.flags & 0x8000) {
         NodeUIManagerClient::registerWith(nullptr);
     } else if (vobMod.flags & 0x20) {
@@ -715,9 +737,11 @@ void FXGraphView::handleModifications(const EditModifications& mods, const VobMo
                                 !(std::fabs(t - morphologyEnd_) < 1e-6);
             if (inside) {
                 if (vob() && !(vob()->stateWord() & 0x14))
-                    update();
+                    drawStills();
             } else {
                 recalcNodeList(false);
+                if (manualPosMode_.getVal())
+                    checkForCoincidentNodes();
                 calcMorphologyExtents(t);
                 resetView(RedrawAlways, RefitIfTooBigAndCentre);
             }
@@ -730,7 +754,7 @@ int FXGraphView::handleProjectStateChange(const NotifierEvent<Zk::CurrentProject
     if (event.value.flags & Zk::CurrentProject::kLookChanged)
         draw();
     else if (event.value.flags & Zk::CurrentProject::kPicturesChanged)
-        update();
+        drawStills();
     return 0;
 }
 

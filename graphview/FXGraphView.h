@@ -134,6 +134,10 @@ public:
     void updateMinAndMaxPositions();
     void calcMorphologyExtents(double time);
     void rotateNodes(double degrees);
+    // Lays out every root from the origin; draws nothing and keeps the view where it is.
+    void autoTidy();
+    // Tidies whenever two view nodes stand on exactly the same point.
+    void checkForCoincidentNodes();
     const std::vector<Zk::Ptr<FXGraphViewNode>>& nodes() const { return nodes_; }
 
     // --- drawing
@@ -143,6 +147,9 @@ public:
     void drawConnections(eEdgeType type);
     void drawNodes();
     void drawDraggedConnection();
+    // Partial repaints: only the nodes' titles, only their stills.
+    void drawNodeNames();
+    void drawStills();
 
     // --- notices
     void handleModifications(const EditModifications& mods, const VobModification& vobMod) override;

@@ -101,7 +101,8 @@ public:
     void setDimensions(int w, int h) { resize(w, h); }
     void setWidth(int w) { resize(w, h_); }
     void setHeight(int h) { resize(w_, h); }
-    // Sets the size (rounded, at least the minimum size) and keeps the children anchored.
+    // Sets the size (rounded, at least the minimum size) and keeps the children anchored. A child
+    // placed by a top or right position keeps that edge where it is: it grows down or left.
     virtual void resize(double w, double h);
     // Moves the widget within its parent (a root: on the screen).
     void setPos(int x, int y);

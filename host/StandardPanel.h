@@ -30,6 +30,7 @@ public:
     const Border& getBorder() const { return border_; }
     // The height of the title row for a spacing (0 tight, 1 normal, 2 roomy) and border.
     static int calcSize(int spacing, int appearance, const Border& border);
+    // 0 while the title widget is hidden: the user area then reaches the top border.
     int titleRowHeight() const;
 
     void setTitle(const UIString& title, const FontDesc& font = FontDesc(), eRedrawFlag redraw = Redraw);

@@ -289,6 +289,12 @@ void Glob::resize(double w, double h) {
     int ow = w_, oh = h_;
     w_ = nw;
     h_ = nh;
+    if (parent_) {
+        if (anchors_ & AnchorRight)
+            x_ -= nw - ow;
+        if (anchors_ & AnchorTop)
+            y_ -= nh - oh;
+    }
     applyGeometry();
     sizeChanged();
     reanchorChildren(ow, oh);

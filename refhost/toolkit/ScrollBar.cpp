@@ -50,7 +50,7 @@ public:
             bar_.userStretchedThumb(bar_.getThumbSize() + d);
         } else {
             double end = bar_.getThumbPos() + bar_.getThumbSize();
-            double pos = std::clamp(bar_.getThumbPos() + d, 0.0, end - 0.01);
+            double pos = std::clamp(bar_.getThumbPos() + d, 0.0, std::max(0.0, end - 0.01));
             bar_.setThumbPos(pos);
             bar_.userStretchedThumb(end - pos);
         }
@@ -153,7 +153,9 @@ void ScrollBar::userMovedThumb(double pos) {
 }
 
 void ScrollBar::userStretchedThumb(double size) {
-    size_ = std::clamp(size, 0.01, 1.0 - pos_);
+    // At least 0.01 long, unless the thumb already stands closer than that to the end.
+    const double room = 1.0 - pos_;
+    size_ = std::clamp(size, std::min(0.01, room), room);
     syncControl();
     notifyParent(thumbStretchedMsg);
 }

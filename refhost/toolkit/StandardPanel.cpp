@@ -24,6 +24,8 @@ int StandardPanel::calcSize(int spacing, int, const Border& border) {
 }
 
 int StandardPanel::titleRowHeight() const {
+    if (title_ && !title_->isVisible())
+        return 0;
     return calcSize(2, 0, border_) - border_.getSize();
 }
 

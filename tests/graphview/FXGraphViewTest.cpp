@@ -4,9 +4,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QImage>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <cmath>
+#include <string>
+#include <vector>
 
+#include "graphnodes/FXGraphViewNode.h"
 #include "host/Canvas.h"
 #include "host/EditorPreferences.h"
 #include "host/ToolkitApp.h"
@@ -14,6 +22,7 @@
 #include "host/VobManager.h"
 #include "nodeui/NodeUIPosManager.h"
 #include "refhost/edit/EditFile.h"
+#include "refhost/toolkit/GlobImpl.h"
 
 namespace {
 
@@ -36,6 +45,53 @@ struct ViewFixture : ::testing::Test {
     Zk::Ptr<Vob> vob;
     FXGraphView* view = nullptr;
 };
+
+// A view that hears which messages its bars send, and that takes view nodes placed by hand.
+struct ProbeView : FXGraphView {
+    explicit ProbeView(const InitArgs& a) : FXGraphView(a) {}
+    int handleMessageEvent(const LightweightString<char>& msg, Glob* from) override {
+        if (from == horzScrollBar() || from == vertScrollBar())
+            barMessages.emplace_back(msg.c_str());
+        return FXGraphView::handleMessageEvent(msg, from);
+    }
+    void add(const Zk::Ptr<FXGraphViewNode>& n) { nodes_.push_back(n); }
+    std::vector<std::string> barMessages;
+};
+
+// A view node that counts the moves that reach it.
+struct CountingNode : FXGraphViewNode {
+    CountingNode(FXGraphView* v, double x, double y) : FXGraphViewNode(v, nullptr) {
+        pos_.setPos(x, y, false);
+    }
+    bool setPos(double x, double y, bool notify) override {
+        ++moves;
+        return FXGraphViewNode::setPos(x, y, notify);
+    }
+    int moves = 0;
+};
+
+// The middle of the thumb of a Qt scroll bar, in its own pixels.
+QPoint thumbCentre(QScrollBar* s) {
+    QStyleOptionSlider opt;
+    opt.initFrom(s);
+    opt.subControls = QStyle::SC_All;
+    opt.orientation = s->orientation();
+    if (s->orientation() == Qt::Horizontal)
+        opt.state |= QStyle::State_Horizontal;
+    opt.minimum = s->minimum();
+    opt.maximum = s->maximum();
+    opt.sliderPosition = s->sliderPosition();
+    opt.sliderValue = s->value();
+    opt.singleStep = s->singleStep();
+    opt.pageStep = s->pageStep();
+    opt.upsideDown = s->invertedAppearance();
+    return s->style()->subControlRect(QStyle::CC_ScrollBar, &opt, QStyle::SC_ScrollBarSlider, s).center();
+}
+
+void sendMouse(QWidget* w, QEvent::Type type, QPoint at, Qt::MouseButtons held) {
+    QMouseEvent e(type, QPointF(at), QPointF(w->mapToGlobal(at)), Qt::LeftButton, held, Qt::NoModifier);
+    QCoreApplication::sendEvent(w, &e);
+}
 
 } // namespace
 
@@ -231,4 +287,132 @@ TEST_F(ViewFixture, PaintsTheBackgroundInTheWindowAndBothBars) {
     const QColor right = img.pixelColor(600 - ScrollBar::thickness() / 2, 200);
     EXPECT_NE(bottom, mid);
     EXPECT_NE(right, mid);
+}
+
+TEST_F(ViewFixture, BarsFrameTheCanvasAtAnySize) {
+    const int t = ScrollBar::thickness();
+    for (const XY<int> size : {XY<int>(600, 400), XY<int>(800, 520), XY<int>(300, 240)}) {
+        view->resize(size.x, size.y);
+        ScrollBar* v = view->vertScrollBar();
+        ScrollBar* h = view->horzScrollBar();
+        EXPECT_EQ(v->getX() + v->width(), size.x) << "the vertical bar stands on the right edge";
+        EXPECT_EQ(v->getY() + v->height(), size.y) << "and reaches the top, the view having no title row";
+        EXPECT_EQ(v->getY(), t) << "and stops on the horizontal bar";
+        EXPECT_EQ(h->getX(), 0);
+        EXPECT_EQ(h->getY(), 0);
+        EXPECT_EQ(h->width(), size.x - t) << "the horizontal bar stops short of the vertical one";
+        EXPECT_EQ(view->canvas()->renderer().getClipRect(), view->getWindowPos());
+    }
+}
+
+TEST(ViewScrollBars, DraggingTheQtThumbMovesTheCentreAndKeepsTheZoom) {
+    ensureToolkitApplication();
+    std::string error;
+    EditPtr edit = EditFile::open(std::string(NODEDESK_SOURCE_DIR) + "/samples/multitrack.edit.json", error);
+    ASSERT_TRUE(edit) << error;
+    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(edit, "view-drag-test");
+    {
+        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
+        view.setViewZoom(0.8);
+        view.setViewCentre(-0.5, 0.5);
+        for (ScrollBar* bar : {view.horzScrollBar(), view.vertScrollBar()}) {
+            auto* control = static_cast<QScrollBar*>(bar->impl().control);
+            ASSERT_GT(bar->getThumbSize(), 0.0);
+            ASSERT_LT(bar->getThumbSize(), 1.0);
+            const double zoom = view.getViewZoom().getVal();
+            const double cx = view.getViewCX(), cy = view.getViewCY();
+            const QPoint from = thumbCentre(control);
+            const QPoint to = bar == view.horzScrollBar() ? from + QPoint(40, 0) : from + QPoint(0, 40);
+            view.barMessages.clear();
+
+            sendMouse(control, QEvent::MouseButtonPress, from, Qt::LeftButton);
+            EXPECT_TRUE(bar->isHeld()) << "a pressed thumb is held";
+            sendMouse(control, QEvent::MouseMove, to, Qt::LeftButton);
+            const double pos = bar->getThumbPos(), size = bar->getThumbSize();
+            sendMouse(control, QEvent::MouseButtonRelease, to, Qt::NoButton);
+            EXPECT_FALSE(bar->isHeld());
+
+            ASSERT_FALSE(view.barMessages.empty()) << "the drag reaches the view";
+            for (const std::string& m : view.barMessages)
+                EXPECT_EQ(m, ScrollBar::thumbMovedMsg);
+            EXPECT_EQ(view.getViewZoom().getVal(), zoom) << "a thumb moved at its size leaves the zoom";
+            if (bar == view.horzScrollBar()) {
+                EXPECT_GT(pos, 0.0);
+                EXPECT_DOUBLE_EQ(view.getViewCX(), (pos / (1 - size)) * 2.0 - 1.0);
+                EXPECT_GT(view.getViewCX(), cx) << "dragged right, the view looks further right";
+                EXPECT_EQ(view.getViewCY(), cy);
+            } else {
+                EXPECT_DOUBLE_EQ(view.getViewCY(), ((1 - pos - size) / (1 - size)) * 2.0 - 1.0);
+                EXPECT_LT(view.getViewCY(), cy) << "dragged down, the view looks further down";
+                EXPECT_EQ(view.getViewCX(), cx);
+            }
+        }
+    }
+    VobManager::instance().reset();
+}
+
+TEST_F(ViewFixture, NoticesRepaintNoMoreThanTheyNeed) {
+    view->calcMorphologyExtents(1.0);
+    const double start = view->morphologyStart(), end = view->morphologyEnd();
+    view->draw();
+    ASSERT_FALSE(view->isOutOfDate());
+
+    view->handleModifications(EditModifications(EditModification(kModNames, 0)), VobModification());
+    view->handleModifications(EditModifications(EditModification(4)), VobModification());
+    EXPECT_FALSE(view->isOutOfDate()) << "changed names repaint the names alone";
+    view->handleModifications(EditModifications(), VobModification(0x2, 2.0));
+    view->handleModifications(EditModifications(), VobModification(0x2, start));
+    EXPECT_FALSE(view->isOutOfDate()) << "a playhead inside the span repaints the stills alone";
+    EXPECT_EQ(view->morphologyStart(), start);
+    EXPECT_EQ(view->morphologyEnd(), end);
+    view->handleProjectStateChange(
+        {Zk::CurrentProject::ChangeDescription{Zk::CurrentProject::kPicturesChanged}});
+    EXPECT_FALSE(view->isOutOfDate()) << "new pictures repaint the stills alone";
+
+    view->handleModifications(EditModifications(EditModification(11)), VobModification());
+    EXPECT_TRUE(view->isOutOfDate()) << "a property shown on a node repaints the view";
+}
+
+TEST(ViewNodesByHand, CanvasFollowsTheOutermostNodesAndTurnsGoThroughTheNodes) {
+    ensureToolkitApplication();
+    std::string error;
+    EditPtr edit = EditFile::open(std::string(NODEDESK_SOURCE_DIR) + "/samples/multitrack.edit.json", error);
+    ASSERT_TRUE(edit) << error;
+    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(edit, "view-nodes-test");
+    {
+        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
+        auto* one = new CountingNode(&view, 3, 4);
+        view.add(Zk::Ptr<FXGraphViewNode>(one));
+        view.updateMinAndMaxPositions();
+        EXPECT_EQ(view.getCanvasMinX(), 2.0);
+        EXPECT_EQ(view.getCanvasMaxX(), 4.0);
+        EXPECT_EQ(view.getCanvasMinY(), 3.0);
+        EXPECT_EQ(view.getCanvasMaxY(), 5.0) << "one node: 2 units each way, round it";
+
+        auto* two = new CountingNode(&view, -2, 4);
+        auto* origin = new CountingNode(&view, 0, 0);
+        view.add(Zk::Ptr<FXGraphViewNode>(two));
+        view.add(Zk::Ptr<FXGraphViewNode>(origin));
+        view.updateMinAndMaxPositions();
+        EXPECT_EQ(view.getCanvasMinX(), -2.5);
+        EXPECT_EQ(view.getCanvasMaxX(), 3.5);
+        EXPECT_EQ(view.getCanvasMinY(), -0.5);
+        EXPECT_EQ(view.getCanvasMaxY(), 4.5);
+
+        view.rotateNodes(90);
+        EXPECT_NEAR(one->x(), -4.0, 1e-12);
+        EXPECT_NEAR(one->y(), 3.0, 1e-12);
+        EXPECT_NEAR(two->x(), -4.0, 1e-12);
+        EXPECT_NEAR(two->y(), -2.0, 1e-12);
+        view.rotateNodes(-90);
+        EXPECT_NEAR(one->x(), 3.0, 1e-12);
+        EXPECT_NEAR(one->y(), 4.0, 1e-12);
+        EXPECT_NEAR(two->x(), -2.0, 1e-12);
+        EXPECT_NEAR(two->y(), 4.0, 1e-12);
+        EXPECT_EQ(one->moves, 2) << "each turn moves the node through its own setPos";
+        EXPECT_EQ(two->moves, 2);
+        EXPECT_EQ(origin->moves, 0) << "a node on the origin stays";
+        EXPECT_EQ(origin->x(), 0.0);
+    }
+    VobManager::instance().reset();
 }

@@ -4,6 +4,7 @@
 #include "host/Glob.h"
 #include "host/ScrollBar.h"
 #include "host/StandardPanel.h"
+#include "host/TextBox.h"
 #include "host/UifStd.h"
 
 namespace {
@@ -55,6 +56,12 @@ TEST(Geometry, UserAreaOfPanelAndUserPositions) {
     EXPECT_EQ(ubl->getX(), ua.x1);
     EXPECT_EQ(ubl->getY(), ua.y1);
 
+    // A panel whose title is hidden has no title row: its user area reaches the top border.
+    StandardPanel bare(StandardPanel::InitArgs(300, 200, Border(0, 3, 15)));
+    bare.getTitleWidget()->setVisible(false);
+    EXPECT_EQ(bare.titleRowHeight(), 0);
+    EXPECT_EQ(bare.getUserArea().y2, 197);
+
     // Sides without a border give their width to the user area.
     StandardPanel open(StandardPanel::InitArgs(300, 200, Border(0, 3, 8)));
     EXPECT_EQ(open.getUserArea().x1, 0);
@@ -69,6 +76,18 @@ TEST(Geometry, ResizeKeepsChildrenAgainstTheirEdges) {
     parent.resize(260, 140);
     EXPECT_EQ(top->getY(), 140 - 5 - 10);
     EXPECT_EQ(right->getX(), 260 - 5 - 20);
+    EXPECT_EQ(bottom->getX(), 5);
+    EXPECT_EQ(bottom->getY(), 5);
+
+    // A child that changes its own size keeps the edges it was placed by.
+    top->resize(30, 25);
+    EXPECT_EQ(top->getX(), 5);
+    EXPECT_EQ(top->getY() + top->height(), 140 - 5) << "placed by its top, it grows downward";
+    Glob* corner = parent.addChild(box(20, 10), Glob::TopRight(0, 0));
+    corner->resize(40, 30);
+    EXPECT_EQ(corner->getX() + corner->width(), 260) << "placed by its right, it grows leftward";
+    EXPECT_EQ(corner->getY() + corner->height(), 140);
+    bottom->resize(40, 30);
     EXPECT_EQ(bottom->getX(), 5);
     EXPECT_EQ(bottom->getY(), 5);
 

@@ -92,8 +92,7 @@ FXGraphView::FXGraphView(const InitArgs& args)
         new MethodCallback<FXGraphView, ProjectEvent, int>(this, &FXGraphView::handleProjectStateChange))));
 
     setManagementDetails(VobClient::kUnmanaged);
-    if (getTitleWidget())
-        getTitleWidget()->setVisible(false); // the view is all canvas: no title row
+    setTitleShown(false); // the view is all canvas: no title row
 
     const int t = ScrollBar::thickness();
     ScrollBar::InitArgs v(t, height() - t, ScrollBar::Vertical);

@@ -32,6 +32,9 @@ public:
     static int calcSize(int spacing, int appearance, const Border& border);
     // 0 while the title widget is hidden: the user area then reaches the top border.
     int titleRowHeight() const;
+    // A panel without its title row gives the whole inside of its border to the user area.
+    void setTitleShown(bool shown);
+    bool isTitleShown() const { return titleShown_; }
 
     void setTitle(const UIString& title, const FontDesc& font = FontDesc(), eRedrawFlag redraw = Redraw);
     WString getTitleText() const;
@@ -44,6 +47,7 @@ public:
 
 private:
     Border border_;
+    bool titleShown_ = true;
     TextBox* title_ = nullptr;
     ImageButton* closeButton_ = nullptr;
     ImageButton* menuButton_ = nullptr;

@@ -24,9 +24,16 @@ int StandardPanel::calcSize(int spacing, int, const Border& border) {
 }
 
 int StandardPanel::titleRowHeight() const {
-    if (title_ && !title_->isVisible())
+    if (!titleShown_)
         return 0;
     return calcSize(2, 0, border_) - border_.getSize();
+}
+
+void StandardPanel::setTitleShown(bool shown) {
+    titleShown_ = shown;
+    if (title_)
+        title_->setVisible(shown);
+    update();
 }
 
 void StandardPanel::setBorder(const Border& b) {

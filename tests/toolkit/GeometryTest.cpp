@@ -58,7 +58,7 @@ TEST(Geometry, UserAreaOfPanelAndUserPositions) {
 
     // A panel whose title is hidden has no title row: its user area reaches the top border.
     StandardPanel bare(StandardPanel::InitArgs(300, 200, Border(0, 3, 15)));
-    bare.getTitleWidget()->setVisible(false);
+    bare.setTitleShown(false);
     EXPECT_EQ(bare.titleRowHeight(), 0);
     EXPECT_EQ(bare.getUserArea().y2, 197);
 
@@ -121,4 +121,13 @@ TEST(Geometry, ScreenPositionAndLocalPointerAgree) {
     EXPECT_EQ(root.getPosition(), XY<int>(100, 200));
     EXPECT_EQ(child->getPosition(), XY<int>(110, 220));
     EXPECT_EQ(child->screenXYToGlobXY(XY<int>(115, 225)), XY<int>(5, 5));
+}
+
+TEST(Geometry, ANewPanelHasItsTitleRowBeforeItIsShown) {
+    StandardPanel panel(StandardPanel::InitArgs(300, 200));
+    EXPECT_GT(panel.titleRowHeight(), 0) << "a panel not yet on screen still has a title row";
+    const TextBox* title = panel.getTitleWidget();
+    ASSERT_TRUE(title);
+    EXPECT_LE(title->getY() + title->height(), 200) << "the title stands inside the panel";
+    EXPECT_GE(title->getY(), panel.getUserArea().y2) << "and above the user area";
 }

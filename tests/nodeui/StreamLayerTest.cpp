@@ -167,6 +167,22 @@ TEST_F(StreamLayer, WriterPassesFailureBackAndLeavesPlaceholders) {
     want.header("C", 1, 0, 1, 1).u8(9);
     EXPECT_EQ(f.bytes(), want.bytes());
     EXPECT_EQ(f.position(), f.size());
+
+    // Read back, the root's header as first written says format 1, in which its placeholders
+    // give a layer size of 0xFFFFFFFF after 12 bytes of sizes. The end wraps round to one byte
+    // before the body: the root layer is an overread and the object is dropped.
+    LogCapture log;
+    ProbeChild back(Streamable::buildForUnpack);
+    Read r = unpackInto(back, f.bytes());
+    EXPECT_EQ(r.status, St::statusFailed);
+    EXPECT_EQ(r.errors, "Error: Unpacker read beyond end of chunk while unpacking object "
+                        "Streamable.Taggable.(anonymous namespace)::Probe.(anonymous namespace)::ProbeChild, "
+                        "layer Streamable v1.0, 1 bytes overread.\n");
+    EXPECT_EQ(r.position, 7u + 6 + 6) << "no seek: at the root's body";
+    EXPECT_TRUE(log.lines.empty()) << log.all();
+    StreamFile g(f.bytes());
+    PStream t(&g);
+    EXPECT_EQ(ProbeChild::STRM_L_ProbeChild_builder(t), nullptr);
 }
 
 TEST_F(StreamLayer, NamesAndTableOfClasses) {

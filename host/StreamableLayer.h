@@ -185,9 +185,11 @@ struct StreamableLayer {
                      << ", layer " << X::layerName() << ".";
             return StreamableTraitsBase::statusEndOfFile;
         }
-        // Ends past the largest position stay at it rather than wrap.
-        const unsigned layerEnd = endOf(h.bodyStart, h.layerSize);
-        const unsigned chunkEnd = endOf(h.bodyStart, h.chunkSize);
+        // Positions are 32-bit: an end past the largest one wraps round. A header that still
+        // holds the writer's placeholders thus ends one byte before its body, and its reading
+        // is an overread.
+        const unsigned layerEnd = h.bodyStart + h.layerSize;
+        const unsigned chunkEnd = h.bodyStart + h.chunkSize;
         if (h.layerSize == 0)
             return StreamableTraitsBase::statusUnpacked;
 
@@ -224,10 +226,6 @@ struct StreamableLayer {
         }
         f.position(layerEnd);
         return StreamableTraitsBase::statusUnpacked;
-    }
-
-    static unsigned endOf(unsigned start, unsigned size) {
-        return static_cast<unsigned>(std::min<uint64_t>(uint64_t{start} + size, noSize));
     }
 
     static eStatus oversized(PStream& s, const char* what, const String& shortName) {

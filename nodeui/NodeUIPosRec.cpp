@@ -38,16 +38,11 @@ void NodeUIPosRec::startAtOrigin() {
     MultiValClient<double>::registerWith(&y_);
 }
 
+// The values are written into the servers directly: neither the record's clients nor those of
+// the servers hear of the copy, and no manager of a server is asked.
 NodeUIPosRec& NodeUIPosRec::operator=(const NodeUIPosRec& other) {
-    if (this == &other)
-        return *this;
-    // The servers only take values through setVal, so the record's own update is held back;
-    // other clients of the servers hear the new values.
-    ++disabled_;
-    x_ = other.y_.getVal();
-    y_ = other.y_.getVal();
-    if (disabled_ > 0)
-        --disabled_;
+    x_.storeSilently(other.y_.getVal());
+    y_.storeSilently(other.y_.getVal());
     anchorX_ = other.anchorX_;
     anchorY_ = other.anchorY_;
     hasAnchor_ = other.hasAnchor_;

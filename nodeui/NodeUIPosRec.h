@@ -16,8 +16,9 @@ public:
     NodeUIPosRec();
     NodeUIPosRec(NodeUIManagerBase* manager, const IdStamp& id, const Cookie& hostEdit);
     NodeUIPosRec(const NodeUIPosRec&) = delete;
-    // Takes the position and the rest from `other` with no update sent: y into both x_ and y_,
-    // as the format's owners have always done; the node id and host cookie stay.
+    // Takes the position and the rest from `other` with nothing sent to anyone, the servers'
+    // clients included: y into both x_ and y_, as the format's owners have always done; the node
+    // id and host cookie stay.
     NodeUIPosRec& operator=(const NodeUIPosRec& other);
     ~NodeUIPosRec() override;
 

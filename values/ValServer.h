@@ -55,6 +55,9 @@ public:
     void issueValPreChanged(int detail) override { issue(ValServerEvent<T>::kAboutToChange, detail); }
 
     const T& getVal() const { return value_; }
+    // Writes the value in place: no manager is asked and no client is told. For an owner that
+    // copies its whole state from another object without a word to anyone.
+    void storeSilently(const T& value) { value_ = value; }
     ValManagerBase<T>* manager() const { return manager_; }
 
 private:

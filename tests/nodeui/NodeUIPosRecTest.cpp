@@ -86,6 +86,9 @@ TEST(NodeUIPosRec, AssignCopiesYIntoX) {
     NodeUIPosRec to;
     RecUpdates updates;
     updates.registerWith(&to);
+    ServerWatch wx, wy;
+    wx.registerWith(&to.xServer());
+    wy.registerWith(&to.yServer());
     to.assign(&from);
     EXPECT_EQ(to.x(), 7.0) << "x takes the other record's y, as the format's owners always did";
     EXPECT_EQ(to.y(), 7.0);
@@ -94,9 +97,17 @@ TEST(NodeUIPosRec, AssignCopiesYIntoX) {
     EXPECT_TRUE(to.hasAnchor());
     EXPECT_EQ(to.visitMark_, 4);
     EXPECT_EQ(updates.count, 0);
+    EXPECT_TRUE(wx.values.empty() && wy.values.empty()) << "the copy is written in place, heard by no one";
     Streamable other;
     to.assign(&other);
     EXPECT_EQ(to.x(), 7.0) << "another class is ignored";
+
+    // The quirk holds for a record assigned to itself as well.
+    NodeUIPosRec self;
+    self.setPos(3, 7, false);
+    const NodeUIPosRec& alias = self;
+    self = alias;
+    EXPECT_EQ(self.x(), 7.0);
 }
 
 TEST(NodeUIPosRec, RoundTripThroughK) {

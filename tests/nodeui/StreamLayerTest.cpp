@@ -30,12 +30,14 @@ public:
     static inline unsigned extraBytes = 0;     // written after the fields, as a newer revision would
     static inline unsigned readTooFar = 0;     // bytes read past the fields
     static inline bool ignoreRevision = false; // read `b` whatever the revision
+    static inline bool failPack = false;       // the body puts the stream in error
 
     static void reset() {
         writeMinor = 1;
         extraBytes = 0;
         readTooFar = 0;
         ignoreRevision = false;
+        failPack = false;
     }
 
     STRM_DECLARE_LAYER(Probe, Taggable);
@@ -48,6 +50,8 @@ private:
             s.file->setDouble(b);
         for (unsigned i = 0; i < extraBytes; ++i)
             s.file->setCookedChar('x');
+        if (failPack)
+            s.errors << "cannot write";
     }
     void unpack(PStream& s) {
         s.file->getUnsignedLong(a);
@@ -145,6 +149,40 @@ TEST_F(StreamLayer, WriterLaysOutHeadersAndSeeksBackForSizes) {
 
     // Packing the read object again gives the same bytes.
     EXPECT_EQ(packed(back), bytes);
+}
+
+TEST_F(StreamLayer, WriterPassesFailureBackAndLeavesPlaceholders) {
+    // The layer after the failing body is still written whole; every layer above it returns
+    // at once with the header it wrote first: placeholders for the sizes, revision 1.0 even
+    // where the body changes it (P 1.1, the root 2.0).
+    Probe::failPack = true;
+    StreamFile f;
+    PStream s(&f);
+    EXPECT_EQ(sample().STRM_hierarchyPack(s), St::statusFailed);
+    EXPECT_EQ(s.errors.str(), "cannot write");
+    Bytes want;
+    want.header("$", 1, 0, 0xFFFFFFFF, 0xFFFFFFFF);
+    want.header("T", 1, 0, 0xFFFFFFFF, 0xFFFFFFFF).str("probe");
+    want.header("P", 1, 0, 0xFFFFFFFF, 0xFFFFFFFF).u32(0x01020304).f64(2.5);
+    want.header("C", 1, 0, 1, 1).u8(9);
+    EXPECT_EQ(f.bytes(), want.bytes());
+    EXPECT_EQ(f.position(), f.size());
+
+    // Read back, the root's header as first written says format 1, in which its placeholders
+    // give a layer size of 0xFFFFFFFF after 12 bytes of sizes. The end wraps round to one byte
+    // before the body: the root layer is an overread and the object is dropped.
+    LogCapture log;
+    ProbeChild back(Streamable::buildForUnpack);
+    Read r = unpackInto(back, f.bytes());
+    EXPECT_EQ(r.status, St::statusFailed);
+    EXPECT_EQ(r.errors, "Error: Unpacker read beyond end of chunk while unpacking object "
+                        "Streamable.Taggable.(anonymous namespace)::Probe.(anonymous namespace)::ProbeChild, "
+                        "layer Streamable v1.0, 1 bytes overread.\n");
+    EXPECT_EQ(r.position, 7u + 6 + 6) << "no seek: at the root's body";
+    EXPECT_TRUE(log.lines.empty()) << log.all();
+    StreamFile g(f.bytes());
+    PStream t(&g);
+    EXPECT_EQ(ProbeChild::STRM_L_ProbeChild_builder(t), nullptr);
 }
 
 TEST_F(StreamLayer, NamesAndTableOfClasses) {

@@ -59,8 +59,11 @@ TEST(FXGraphNodeClient, ABracketOpenedWhileTheLastIsToldLeavesWhatTheOthersHear)
     second.registerWith(&node);
     EffectModification toggle(IdStamp(999, 999, 999), IdStamp(0, 0, 0), 1, 4);
     EffectModification next(IdStamp(5, 5, 5), IdStamp(0, 0, 0), 2, 0);
+    bool opened = false; // the hook must not clear itself: that would destroy the running closure
     first.onHear = [&] {
-        first.onHear = nullptr;
+        if (opened)
+            return;
+        opened = true;
         node.startBatchChange(next);
     };
 

@@ -2,6 +2,7 @@
 #include "refhost/json/Json.h"
 
 #include "host/LightweightString.h"
+#include "refhost/core/TextQuote.h"
 
 #include <charconv>
 #include <cmath>
@@ -352,35 +353,7 @@ private:
 };
 
 void writeString(std::string& out, const std::string& s) {
-    out.push_back('"');
-    for (unsigned char c : s) {
-        switch (c) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (c < 0x20) {
-                char buf[8];
-                std::snprintf(buf, sizeof buf, "\\u%04x", c);
-                out += buf;
-            } else {
-                out.push_back(static_cast<char>(c));
-            }
-        }
-    }
-    out.push_back('"');
+    appendQuoted(out, s, "\\u%04x");
 }
 
 bool isSimple(const Value& v) {

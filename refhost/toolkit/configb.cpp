@@ -1,5 +1,6 @@
 // configb: typed keys and their line-per-key text form.
 #include "host/configb.h"
+#include "refhost/core/TextQuote.h"
 
 #include <charconv>
 #include <cmath>
@@ -36,35 +37,9 @@ bool toInt(const configb::Value& v, T& out) {
 }
 
 std::string quote(std::string_view s) {
-    std::string out = "\"";
-    for (char c : s) {
-        switch (c) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (static_cast<unsigned char>(c) < 0x20) {
-                char buf[8];
-                std::snprintf(buf, sizeof buf, "\\x%02x", static_cast<unsigned char>(c));
-                out += buf;
-            } else {
-                out += c;
-            }
-        }
-    }
-    return out + "\"";
+    std::string out;
+    appendQuoted(out, s, "\\x%02x");
+    return out;
 }
 
 int hexDigit(char c) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "host/GenericNotifier.h"
+#include "host/LightweightString.h"
 #include "host/NotifierEvent.h"
 #include "host/ZkGuard.h"
 #include "host/iCallbackBase.h"
@@ -21,6 +22,14 @@ public:
     addListener(const Zk::Ptr<iCallbackBase<int, NotifierEvent<ChangeDescription>>>& cb);
     // Tells every listener of a change.
     static void announce(unsigned flags);
+
+    // The pixel format intermediate images of a render are kept in (0 the default 8-bit ARGB).
+    static int getIntermediateImageFormat();
+    // The view transform applied to what is shown, by its colour-management name.
+    static bool getViewLUTEnabled();
+    static String getViewLUT();
+    // Changing the view transform tells the listeners that the pictures changed.
+    static void setViewLUT(const String& name, bool enabled);
 };
 
 } // namespace Zk

@@ -13,6 +13,7 @@
 #include "host/EditModule.h"
 #include "host/EditPtr.h"
 #include "host/EditTypes.h"
+#include "host/ShotVideoMetadata.h"
 #include "host/TagBag.h"
 #include "host/Vector.h"
 
@@ -83,6 +84,9 @@ public:
         end_ = end;
     }
     void setStereoscopic(bool s) { stereoscopic_ = s; }
+    // The picture the edit is made of.
+    const ShotVideoMetadata& getVideoMetadata() const { return videoMetadata_; }
+    void setVideoMetadata(const ShotVideoMetadata& m) { videoMetadata_ = m; }
 
     int numChans() const { return static_cast<int>(chans_.size()); }
     const EditChannel& chan(int i) const { return chans_[static_cast<size_t>(i)]; }
@@ -124,6 +128,7 @@ private:
     double start_ = 0.0;
     double end_ = 0.0;
     bool stereoscopic_ = false;
+    ShotVideoMetadata videoMetadata_;
     bool dirty_ = false;
     std::vector<EditChannel> chans_;
     std::map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampLess> nodes_;

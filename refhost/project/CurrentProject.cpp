@@ -24,6 +24,28 @@ void CurrentProject::announce(unsigned flags) {
     projectNotifier().call(e, NotifyMsgTypeDictionary::instance().defaultMsgType);
 }
 
+namespace {
+struct ViewTransform {
+    bool enabled = false;
+    String name;
+};
+ViewTransform& viewTransform() {
+    static ViewTransform v;
+    return v;
+}
+} // namespace
+
+int CurrentProject::getIntermediateImageFormat() { return 0; }
+
+bool CurrentProject::getViewLUTEnabled() { return viewTransform().enabled; }
+
+String CurrentProject::getViewLUT() { return viewTransform().name; }
+
+void CurrentProject::setViewLUT(const String& name, bool enabled) {
+    viewTransform() = ViewTransform{enabled, name};
+    announce(kPicturesChanged);
+}
+
 double getAspectRatio(Image::AspectRatio a) {
     switch (a) {
     case Image::Aspect4x3:

@@ -7,6 +7,7 @@
 
 #include <list>
 #include <map>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -14,6 +15,13 @@
 #include "host/CurrentProject.h"
 #include "host/DragDropDestination.h"
 #include "host/Edit.h"
+#include "host/EditGraphIterator.h"
+#include "host/BezierCurveDescription.h"
+#include "host/EllipseDescription.h"
+#include "host/ImageDescription.h"
+#include "host/RectDescription.h"
+#include "host/TextAlignment.h"
+#include "host/TextDescription.h"
 #include "host/NotifierEvent.h"
 #include "host/ScrollBar.h"
 #include "host/StandardPanel.h"
@@ -123,22 +131,58 @@ public:
     void setOrientation(VidRouting::Orientations::Orientation o, bool refit);
     int changeOrientation(const NotifyMsg& msg);
 
-    // --- the node list, its placing and the span of time it holds for
+    // --- the node list
     void setEditFocus(Vob* vob, const IdStamp& chan, bool alwaysRedraw);
     void recalcNodeList(bool notifyGroup);
+    // Walks every root, appending the view nodes it makes; returns how many it made.
+    int createViewNodeRecs();
+    int createViewNodeRecs(const IdStamp& root, int rootIndex);
+    int createViewNodeRecsInternal(EditGraphIterator& it, FXGraphViewNode* parent, int rootIndex);
+    // The kind of view node the iterator's node calls for.
+    Zk::Ptr<FXGraphViewNode> createViewNode(EditGraphIterator& it);
+    void flushNodeList();
     std::vector<IdStamp> getRoots() const;
     Vector<IdStamp> getAllNodes() const;
+    void getAllNodes(Vector<IdStamp>& out) const;
+    void calcVisibleNodeList(Vector<IdStamp>& out) const;
     bool ensureNodeListVisible(const Vector<IdStamp>& ids, FXGraphViewRefitFlag refit);
+    // The first view node in list order whose record holds that id, found through an index.
     FXGraphViewNode* findViewRecForNode(const IdStamp& id) const;
+    // The same answer by a scan of the list, as the index must give it.
+    FXGraphViewNode* findViewRecForNodeByScan(const IdStamp& id) const;
+    FXGraphViewNode* findNodeAt(int x, int y) const;
+    Zk::Ptr<FXGraphNodeBase> findNodeAtPos(const XY<double>& pos) const;
+    FXGraphViewNode* getPrimaryNodePtr() const;
+    EditGraphIterator getIteratorFor(const IdStamp& id, int options) const;
+    EditGraphIterator getIteratorFor(const Zk::Ptr<FXGraphNodeBase>& node, int options) const;
     NodeUIPosRec* getPosRecForNode(const IdStamp& id) override;
+    NodeUIPosRec* getPosRecForUtr(CelEventPair& pair);
+    const std::vector<Zk::Ptr<FXGraphViewNode>>& nodes() const { return nodes_; }
+    // Carrying positions over a rebuild finds old nodes through an index; with false the rebuild
+    // scans the old list for each new node, as the benchmark's baseline does.
+    void setIndexedRebuild(bool indexed) { indexedRebuild_ = indexed; }
+
+    // --- placing and the span of time the list holds for
+    void tidy();
+    int tidy(const NotifyMsg& msg);
+    // Lays out every root from the origin; draws nothing and keeps the view where it is.
+    void autoTidy();
+    void autoTidyNodeRecs(const std::vector<IdStamp>& roots, XY<double> origin);
+    // Tidies whenever two view nodes stand on exactly the same point.
+    void checkForCoincidentNodes();
+    bool assignPositionFromChannel(FXGraphViewNode* node);
+    void assignPositionFromConnections(FXGraphViewNode* node);
+    void assignPositionsManual(Vector<FXGraphViewNode*>& nodes, double left, double right, double ySum,
+                               int count);
+    XY<double> findMaterialNodePosition() const { return XY<double>(-1, -1); }
+    void relativeMoveTree(EditGraphIterator& it, const double& dx, const double& dy, int rootIndex,
+                          std::vector<NodeUIPosRec*>& seen);
+    void translateManuallyPositionedNodes(Zk::Ptr<FXGraphNodeBase> node, double dx, double dy, bool);
+    void translateManuallyPositionedNodes(EditGraphIterator& it, double dx, double dy);
     void updateMinAndMaxPositions();
     void calcMorphologyExtents(double time);
     void rotateNodes(double degrees);
-    // Lays out every root from the origin; draws nothing and keeps the view where it is.
-    void autoTidy();
-    // Tidies whenever two view nodes stand on exactly the same point.
-    void checkForCoincidentNodes();
-    const std::vector<Zk::Ptr<FXGraphViewNode>>& nodes() const { return nodes_; }
+    const std::map<std::pair<IdStamp, int64_t>, XY<double>>& chanPositions() const { return chanPositions_; }
 
     // --- drawing
     const char* idstring() const override { return "FXGraphView"; }
@@ -147,9 +191,29 @@ public:
     void drawConnections(eEdgeType type);
     void drawNodes();
     void drawDraggedConnection();
+    void drawDraggedConnection(eEdgeType type);
+    // One connection: from the upstream output end to the downstream input end.
+    void drawConnection(const XY<int>& from, const XY<int>& to, const Colour& colour, unsigned short thickness);
     // Partial repaints: only the nodes' titles, only their stills.
     void drawNodeNames();
     void drawStills();
+    void drawText(const WString& text, const Zk::Box<int>& box, const Colour& colour, TextAlignment alignment,
+                  const char* fontName);
+    void drawText(const String& text, const Zk::Box<int>& box, const Colour& colour, TextAlignment alignment,
+                  const char* fontName);
+    // Every primitive of the view goes to the canvas through here: clipped to the clip box,
+    // skipped when nothing of it is left, and its clipped box marked as changed.
+    void submitPrimitive(const Glib::RectDescription& d);
+    void submitPrimitive(const Glib::BezierCurveDescription& d);
+    void submitPrimitive(const Glib::EllipseDescription& d);
+    void submitPrimitive(const Glib::TextDescription& d);
+    void submitPrimitive(const Glib::ImageDescription& d);
+    // The canvas's clip box (no area: no clip).
+    Zk::Box<int> currentClip() const;
+    // A view node moved: repaint now, so that a dragged node follows the pointer.
+    void nodePosRecUpdate(FXGraphViewNode* node);
+    // A view node's inputs changed: rebuild, unless the view is rewiring them itself.
+    void nodeInputsChanged(FXGraphViewNode* node);
 
     // --- notices
     void handleModifications(const EditModifications& mods, const VobModification& vobMod) override;
@@ -168,6 +232,21 @@ public:
 private:
     Zk::Ptr<NodeUIPosManager> posManager() const;
     XY<double> windowCentre() const;
+    template <class D>
+    void gate(const D& d);
+    // The index of nodes_ by record id: first position in list order. It is rebuilt whenever the
+    // list was changed behind its back.
+    void appendViewNode(const Zk::Ptr<FXGraphViewNode>& n);
+    void reindexNodes() const;
+    struct IdHash {
+        size_t operator()(const IdStamp& id) const {
+            return (size_t(id.a()) * 0x9E3779B97F4A7C15ull) ^ (size_t(id.b()) << 32 | id.c());
+        }
+    };
+    mutable std::unordered_map<IdStamp, size_t, IdHash> nodeIndex_;
+    mutable size_t indexedCount_ = 0;
+    mutable const FXGraphViewNode* indexedLast_ = nullptr;
+    bool indexedRebuild_ = true;
 
 protected:
     // The view's state. Gestures, connection drags and fades read and write the fields that the

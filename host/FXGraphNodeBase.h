@@ -9,6 +9,7 @@
 
 #include "host/EditTypes.h"
 #include "host/EffectModification.h"
+#include "host/FXGraphNodeIFDescriptor.h"
 #include "host/FXGraphNodeNotifier.h"
 #include "host/IdStamp.h"
 #include "host/Taggable.h"
@@ -28,6 +29,10 @@ public:
     virtual unsigned getNumInputs() const { return static_cast<unsigned>(inputs_.size()); }
 
     const WString& getName() const { return name_; }
+    // The labels of an input: the ones the node was given, else the ones its kind gives (a mix's
+    // background and foreground, a transition's outgoing and incoming side), else numbered.
+    FXGraphNodeIFDescriptor getInputDescriptor(unsigned input) const;
+    void setInputLabels(std::vector<WString> labels) { inputLabels_ = std::move(labels); }
     void setName(const WString& n) { name_ = n; }
     EditChanType chanType() const { return chanType_; }
     void setChanType(EditChanType t) { chanType_ = t; }
@@ -60,6 +65,7 @@ protected:
 private:
     IdStamp id_;
     WString name_;
+    std::vector<WString> inputLabels_;
     EditChanType chanType_ = kVideoChan;
     unsigned changes_ = 0;
     FXGraphNodeNotifier notifier_;

@@ -36,7 +36,8 @@ uint32_t over(uint32_t src, uint32_t dst) {
 
 } // namespace
 
-FXGraphViewImageNode::FXGraphViewImageNode(FXGraphView* view, EditGraphIterator& it) : FXGraphViewNode(view, it) {}
+FXGraphViewImageNode::FXGraphViewImageNode(FXGraphView* view, EditGraphIterator& it)
+    : FXGraphViewNode(view, it) {}
 
 void FXGraphViewImageNode::drawThumbnail(EditGraphIterator&) {
     auto* effect = dynamic_cast<ImageImportEffect*>(node_.get());
@@ -71,8 +72,9 @@ void FXGraphViewImageNode::compose(int w, int h) {
                 board->setPixel(x, y, ((x / tile + y / tile) % 2 == 0) ? first : second);
     }
 
-    Zk::Ptr<Zk::Image::Surface> picture =
-        name.empty() ? Zk::Ptr<Zk::Image::Surface>() : ZkImage::Cache::instance().loadImage(name, kARGB, 0, 0);
+    Zk::Ptr<Zk::Image::Surface> picture = name.empty()
+                                              ? Zk::Ptr<Zk::Image::Surface>()
+                                              : ZkImage::Cache::instance().loadImage(name, kARGB, 0, 0);
     if (picture && !picture->empty()) {
         int pw = picture->width(), ph = picture->height();
         if (pw > w || ph > h) {

@@ -17,7 +17,8 @@ bool namesEdit(const Cookie& c) {
 
 } // namespace
 
-FXGraphViewMatNode::FXGraphViewMatNode(FXGraphView* view, EditGraphIterator& it) : FXGraphViewThumbNode(view, it) {
+FXGraphViewMatNode::FXGraphViewMatNode(FXGraphView* view, EditGraphIterator& it)
+    : FXGraphViewThumbNode(view, it) {
     auto* material = dynamic_cast<MaterialUsageNode*>(node_.get());
     if (material)
         colour_ = StripColourManager::getColourFor(material->material());

@@ -464,8 +464,7 @@ int FXGraphViewNode::findConnector(int x, int y, int& connector) const {
         int best = 1000;
         which = -1;
         for (int i = 0; i < count; ++i) {
-            const XY<int> pos =
-                input ? getInputPos(i) : getOutputPos(static_cast<unsigned char>(i));
+            const XY<int> pos = input ? getInputPos(i) : getOutputPos(static_cast<unsigned char>(i));
             Zk::Box<int> hit;
             XY<int> centre;
             if (!connectorHitBox(pos, input, hit, centre) || !hit.contains(x, y))

@@ -15,7 +15,8 @@ namespace {
 constexpr uint32_t kARGB = 0x42475241;
 } // namespace
 
-FXGraphViewThumbNode::FXGraphViewThumbNode(FXGraphView* view, EditGraphIterator& it) : FXGraphViewNode(view, it) {}
+FXGraphViewThumbNode::FXGraphViewThumbNode(FXGraphView* view, EditGraphIterator& it)
+    : FXGraphViewNode(view, it) {}
 
 void FXGraphViewThumbNode::drawThumbnail(EditGraphIterator& iterator) {
     EditGraphIterator it = iterator;

@@ -393,7 +393,6 @@ int FXGraphView::changeOrientation(const NotifyMsg& msg) {
     return 0;
 }
 
-
 // --- notices ----------------------------------------------------------------------------------------
 
 void FXGraphView::handleModifications(const EditModifications& mods, const VobModification& vobMod) {

@@ -12,19 +12,19 @@
 #include <vector>
 
 #include "graphview/FXGraphViewFlags.h"
+#include "host/BezierCurveDescription.h"
 #include "host/CurrentProject.h"
 #include "host/DragDropDestination.h"
 #include "host/Edit.h"
 #include "host/EditGraphIterator.h"
-#include "host/BezierCurveDescription.h"
 #include "host/EllipseDescription.h"
 #include "host/ImageDescription.h"
-#include "host/RectDescription.h"
-#include "host/TextAlignment.h"
-#include "host/TextDescription.h"
 #include "host/NotifierEvent.h"
+#include "host/RectDescription.h"
 #include "host/ScrollBar.h"
 #include "host/StandardPanel.h"
+#include "host/TextAlignment.h"
+#include "host/TextDescription.h"
 #include "host/ValObserverClient.h"
 #include "host/VobClient.h"
 #include "nodeui/NodeUIManagerClient.h"
@@ -193,7 +193,8 @@ public:
     void drawDraggedConnection();
     void drawDraggedConnection(eEdgeType type);
     // One connection: from the upstream output end to the downstream input end.
-    void drawConnection(const XY<int>& from, const XY<int>& to, const Colour& colour, unsigned short thickness);
+    void drawConnection(const XY<int>& from, const XY<int>& to, const Colour& colour,
+                        unsigned short thickness);
     // Partial repaints: only the nodes' titles, only their stills.
     void drawNodeNames();
     void drawStills();

@@ -148,8 +148,8 @@ void FXGraphView::drawConnections(eEdgeType type) {
             Colour colour = source->getColour();
             if (type == EdgeOutline)
                 colour = Palette(colour).window(-3);
-            drawConnection(source->getOutputPos(static_cast<unsigned char>(output)), node->getInputPos(i), colour,
-                           thickness);
+            drawConnection(source->getOutputPos(static_cast<unsigned char>(output)), node->getInputPos(i),
+                           colour, thickness);
         }
     }
 }
@@ -158,8 +158,8 @@ void FXGraphView::drawConnection(const XY<int>& from, const XY<int>& to, const C
                                  unsigned short thickness) {
     const int mx = (from.x + to.x) / 2;
     const int my = (from.y + to.y) / 2;
-    const bool backwards = (orientation_ == LeftToRight && from.x > to.x) ||
-                           (orientation_ == BottomToTop && from.y > to.y);
+    const bool backwards =
+        (orientation_ == LeftToRight && from.x > to.x) || (orientation_ == BottomToTop && from.y > to.y);
     Glib::BezierCurveDescription c;
     c.colour = fromColour(colour);
     c.thickness = thickness;

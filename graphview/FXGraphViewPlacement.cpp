@@ -113,8 +113,8 @@ void FXGraphView::assignPositionFromConnections(FXGraphViewNode* node) {
         node->setPos(maxX + kStep, minY + std::fabs(maxY - minY) * 0.5, true);
 }
 
-void FXGraphView::assignPositionsManual(Vector<FXGraphViewNode*>& nodes, double left, double right, double ySum,
-                                        int count) {
+void FXGraphView::assignPositionsManual(Vector<FXGraphViewNode*>& nodes, double left, double right,
+                                        double ySum, int count) {
     constexpr double kStep = 0.1875;
     const double y = ySum / count;
     double x = left - kStep;
@@ -164,7 +164,8 @@ void FXGraphView::relativeMoveTree(EditGraphIterator& it, const double& dx, cons
     }
 }
 
-void FXGraphView::translateManuallyPositionedNodes(Zk::Ptr<FXGraphNodeBase> node, double dx, double dy, bool) {
+void FXGraphView::translateManuallyPositionedNodes(Zk::Ptr<FXGraphNodeBase> node, double dx, double dy,
+                                                   bool) {
     EditGraphIterator it = FXEditor::getIteratorFor(edit_, node.get(), getEditTime(), 9);
     Vector<Zk::Ptr<FXGraphNodeBase>> components;
     it.findAllComponents(components);

@@ -22,7 +22,7 @@ class DigitalVideoFormats {
 public:
     // The format the library's node thumbnails are asked for in.
     static constexpr uint32_t kThumbnailFormatUID = 0x54484d42; // "THMB"
-    static constexpr uint32_t k1080pFormatUID = 0x31303830;    // "1080"
+    static constexpr uint32_t k1080pFormatUID = 0x31303830;     // "1080"
 
     // False, leaving `info` as it was, for an id that names no known format.
     static bool findByUID(uint32_t uid, DigitalVideoFormatInfo& info);

@@ -1,5 +1,6 @@
 // nodedesk-workbench: opens an edit in the workbench window with the effect graph view, or with
 // --headless --snapshot FILE writes the same picture to a file.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -27,6 +28,23 @@ int usage() {
 int fail(const std::string& message) {
     std::fprintf(stderr, "nodedesk-workbench: %s\n", message.c_str());
     return 2;
+}
+
+// Opens on the whole graph: zoomed so that it fits the window with a margin, centred on it.
+void fitGraph(FXGraphView& graph) {
+    if (graph.nodes().empty())
+        return;
+    graph.updateMinAndMaxPositions(); // the canvas the scale is worked out on
+    const Zk::Box<double> ext = graph.getGraphExtents();
+    const Zk::Box<int> window = graph.getWindowPos();
+    const double margin = 0.9;
+    const double wanted = margin * std::min(window.width() / std::max(ext.x2 - ext.x1, 1e-9),
+                                            window.height() / std::max(ext.y2 - ext.y1, 1e-9));
+    const double s0 = graph.calcPhysicalScale(0.0), s1 = graph.calcPhysicalScale(1.0);
+    const double zoom = s1 > s0 ? std::clamp((wanted - s0) / (s1 - s0), 0.0, 1.0) : 0.0;
+    graph.setViewZoom(zoom);
+    graph.setViewCentre((ext.x1 + ext.x2) * 0.5, (ext.y1 + ext.y2) * 0.5);
+    graph.update();
 }
 
 } // namespace
@@ -69,13 +87,16 @@ int main(int argc, char** argv) {
     ensureToolkitApplication();
     auto* bench = new Workbench(w, h);
     bench->setTitle(UIString(L"nodedesk \u2014 " + edit->name().str()));
+    FXGraphView* graph = nullptr;
     bench->setView([&](const GlobCreationInfo& info) -> Glob* {
         FXGraphView::InitArgs args(info.width, info.height, vob.get(), 1);
         args.palette = info.palette;
-        return new FXGraphView(args);
+        return graph = new FXGraphView(args);
     });
     Glob::setupRootPos(bench->canvas(), glib_getPosForWindow(w, h));
     GlobManager::instance().realize(bench);
+    if (graph)
+        fitGraph(*graph);
 
     int rc = 0;
     if (!snapshot.empty() && !bench->saveSnapshot(snapshot.c_str())) {

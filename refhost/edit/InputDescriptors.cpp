@@ -9,12 +9,13 @@ struct KindLabels {
     const wchar_t* longLabels[3];
 };
 
-// Two- and three-input kinds name their inputs by role; the rest are numbered.
+// Two- and three-input kinds name their inputs by role; the rest are numbered. The long labels
+// stand side by side under a node, a third of its width apart, so they stay short too.
 const KindLabels kKinds[] = {
-    {"Transition:", {L"A", L"B", nullptr}, {L"Outgoing", L"Incoming", nullptr}},
-    {"PixShader:Mix:key", {L"Bg", L"Fg", L"Key"}, {L"Background", L"Foreground", L"Key"}},
-    {"PixShader:Mix:", {L"Bg", L"Fg", L"Mix"}, {L"Background", L"Foreground", L"Third"}},
-    {"PixShader:Stereo", {L"L", L"R", nullptr}, {L"Left eye", L"Right eye", nullptr}},
+    {"Transition:", {L"A", L"B", nullptr}, {L"Out", L"In", nullptr}},
+    {"PixShader:Mix:key", {L"Bg", L"Fg", L"Key"}, {L"Back", L"Fore", L"Key"}},
+    {"PixShader:Mix:", {L"Bg", L"Fg", L"Mix"}, {L"Back", L"Fore", L"Mix"}},
+    {"PixShader:Stereo", {L"L", L"R", nullptr}, {L"Left", L"Right", nullptr}},
 };
 
 } // namespace
@@ -37,6 +38,6 @@ FXGraphNodeIFDescriptor FXGraphNodeBase::getInputDescriptor(unsigned input) cons
     }
     const std::wstring n = std::to_wstring(input + 1);
     d.shortLabel = WString(n.c_str());
-    d.longLabel = WString((L"Input " + n).c_str());
+    d.longLabel = getNumInputs() == 1 ? WString(L"Input") : WString(n.c_str());
     return d;
 }

@@ -1,8 +1,8 @@
 // The open project's change notices and picture shapes.
 #include "host/CurrentProject.h"
 
-#include "host/PictureShape.h"
 #include "host/NotifyMsgTypeDictionary.h"
+#include "host/PictureShape.h"
 
 namespace Zk {
 
@@ -35,11 +35,17 @@ ViewTransform& viewTransform() {
 }
 } // namespace
 
-int CurrentProject::getIntermediateImageFormat() { return 0; }
+int CurrentProject::getIntermediateImageFormat() {
+    return 0;
+}
 
-bool CurrentProject::getViewLUTEnabled() { return viewTransform().enabled; }
+bool CurrentProject::getViewLUTEnabled() {
+    return viewTransform().enabled;
+}
 
-String CurrentProject::getViewLUT() { return viewTransform().name; }
+String CurrentProject::getViewLUT() {
+    return viewTransform().name;
+}
 
 void CurrentProject::setViewLUT(const String& name, bool enabled) {
     viewTransform() = ViewTransform{enabled, name};

@@ -293,8 +293,7 @@ void FXGraphViewNode::draw() {
     findNodeAgain();
     calcBox();
     const Zk::Box<int> clip = view_->currentClip();
-    const bool noClip = clip.width() == 0 || clip.height() == 0;
-    if (!noClip && !meets(box_, clip)) {
+    if (!meets(box_, clip)) {
         const Zk::Box<int> window = view_->getWindowPos();
         if (!meets(box_, window))
             onScreen_ = false;
@@ -324,7 +323,7 @@ void FXGraphViewNode::draw() {
             drawInputs(true, false);
         return;
     }
-    if (thumbBox_.height() > 10 && (noClip || meets(thumbBox_, clip))) {
+    if (thumbBox_.height() > 10 && meets(thumbBox_, clip)) {
         frameRect(scale(colour, 0.3), inset(thumbBox_, -1));
         redrawThumbnail();
     }

@@ -158,8 +158,8 @@ public:
     NodeUIPosRec* getPosRecForNode(const IdStamp& id) override;
     NodeUIPosRec* getPosRecForUtr(CelEventPair& pair);
     const std::vector<Zk::Ptr<FXGraphViewNode>>& nodes() const { return nodes_; }
-    // Carrying positions over a rebuild finds old nodes through an index; with false the rebuild
-    // scans the old list for each new node, as the benchmark's baseline does.
+    // Finding view nodes, and carrying positions over a rebuild, go through indexes; with false
+    // both scan the lists instead, as the benchmark's baseline does. The answers are the same.
     void setIndexedRebuild(bool indexed) { indexedRebuild_ = indexed; }
 
     // --- placing and the span of time the list holds for
@@ -209,7 +209,7 @@ public:
     void submitPrimitive(const Glib::EllipseDescription& d);
     void submitPrimitive(const Glib::TextDescription& d);
     void submitPrimitive(const Glib::ImageDescription& d);
-    // The canvas's clip box (no area: no clip).
+    // The canvas's clip box; the whole canvas when it has none.
     Zk::Box<int> currentClip() const;
     // A view node moved: repaint now, so that a dragged node follows the pointer.
     void nodePosRecUpdate(FXGraphViewNode* node);

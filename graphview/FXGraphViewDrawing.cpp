@@ -6,6 +6,7 @@
 #include "graphnodes/FXGraphViewNode.h"
 #include "graphview/FXGraphView.h"
 #include "host/Canvas.h"
+#include "host/EditGraphSearchScope.h"
 #include "host/Event.h"
 #include "host/GlibDraw.h"
 #include "host/GlibFonts.h"
@@ -67,12 +68,21 @@ void FXGraphView::submitPrimitive(const Glib::ImageDescription& d) {
 }
 
 Zk::Box<int> FXGraphView::currentClip() const {
-    return canvas()->renderer().getClipRect();
+    Zk::Box<int> clip = canvas()->renderer().getClipRect();
+    if (clip.width() == 0 || clip.height() == 0) {
+        // No clip: the whole canvas.
+        clip = Zk::Box<int>();
+        clip.x2 = width();
+        clip.y2 = height();
+    }
+    return clip;
 }
 
 // --- the passes -------------------------------------------------------------------------------------
 
 void FXGraphView::drawBackground() {
+    // Drawing changes no graph: the nodes' searches for themselves share one walk of the edit.
+    EditGraphSearchScope still(edit_);
     updateMinAndMaxPositions();
     CanvasRenderer& r = canvas()->renderer();
     // The margins round the window, where the scroll bars stand, in the panel's darker shade.
@@ -265,6 +275,7 @@ void FXGraphView::drawNodeNames() {
 }
 
 void FXGraphView::drawStills() {
+    EditGraphSearchScope still(edit_);
     Glib::UpdateDeferrer defer(canvas(), 1);
     for (const auto& n : nodes_)
         if (n->hasThumbnail())

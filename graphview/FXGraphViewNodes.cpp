@@ -241,6 +241,8 @@ void FXGraphView::reindexNodes() const {
 }
 
 FXGraphViewNode* FXGraphView::findViewRecForNode(const IdStamp& id) const {
+    if (!indexedRebuild_)
+        return findViewRecForNodeByScan(id);
     // The list may have been changed by other code than the walk: check the index still
     // describes it before trusting it.
     if (indexedCount_ != nodes_.size() || (!nodes_.empty() && nodes_.back().get() != indexedLast_))

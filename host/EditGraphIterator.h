@@ -72,6 +72,7 @@ private:
         int parentInput = 0;
     };
     friend class FXEditor;
+    friend class EditGraphSearchScope;
 
     int entryIndex(int index) const;
     bool startAtChannel(int chanIndex);

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "host/Edit.h"
+#include "host/EditGraphSearchScope.h"
 #include "host/FXEditor.h"
 
 namespace {
@@ -195,6 +196,9 @@ bool EditGraphIterator::search(const IdStamp& id, eSearchType type) {
             return false;
         return searchFrom(Entry(path_.front()), nullptr, &id);
     }
+    const int remembered = EditGraphSearchScope::answer(*this, id);
+    if (remembered >= 0)
+        return remembered == 1;
     for (int c = 0; c < edit_->numChans(); ++c) {
         int ev = edit_->eventAt(c, time_);
         if (ev < 0)

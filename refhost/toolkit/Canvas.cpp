@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <map>
 
+#include "host/GlibFonts.h"
 #include "host/Glob.h"
 #include "refhost/toolkit/CanvasSurface.h"
 #include "refhost/toolkit/GlobImpl.h"
@@ -244,8 +245,22 @@ void CanvasRenderer::flush() {
         w->update();
     } else {
         int h = canvas_.height();
-        for (const auto& b : modified_)
-            w->update(QRect(b.x1, h - b.y2, b.x2 - b.x1, b.y2 - b.y1));
+        // Many small areas go to the window system as the one box round them: merging hundreds
+        // of rectangles into a region costs more than repainting the box.
+        constexpr size_t kManyAreas = 32;
+        if (modified_.size() > kManyAreas) {
+            Zk::Box<int> all = modified_.front();
+            for (const auto& b : modified_) {
+                all.x1 = std::min(all.x1, b.x1);
+                all.y1 = std::min(all.y1, b.y1);
+                all.x2 = std::max(all.x2, b.x2);
+                all.y2 = std::max(all.y2, b.y2);
+            }
+            w->update(QRect(all.x1, h - all.y2, all.x2 - all.x1, all.y2 - all.y1));
+        } else {
+            for (const auto& b : modified_)
+                w->update(QRect(b.x1, h - b.y2, b.x2 - b.x1, b.y2 - b.y1));
+        }
         modified_.clear();
     }
     canvas_.noteScreenUpdate();
@@ -266,8 +281,8 @@ void CanvasRenderer::startRecording() {
 }
 
 Zk::Box<int> Glib::TextDescription::boundingBox() const {
-    QFontMetrics fm(toolkit::toQFont(font));
-    int w = fm.horizontalAdvance(toolkit::toQString(text));
+    const QFontMetrics& fm = toolkit::fontMetrics(font);
+    int w = Glib::textWidth(text, font);
     int x = alignment == 1 ? anchor.x - w : alignment == 2 ? anchor.x - w / 2 : anchor.x;
     Zk::Box<int> b;
     b.x1 = x;

@@ -1,5 +1,6 @@
 // Glob: widgets on QWidget, with the host's upward y and anchored children.
 #include "host/Glob.h"
+#include "host/UpdateDeferrer.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -441,7 +442,11 @@ void Glob::drawNow() {
     ++drawCount_;
     CanvasRenderer* previous = Glib::currentRenderer();
     makeCanvasCurrent();
-    drawBackground();
+    {
+        // A repaint reaches the screen once, at its end, not primitive by primitive.
+        Glib::UpdateDeferrer defer(canvas_.get(), 1);
+        drawBackground();
+    }
     canvas_->renderer().flush();
     Glib::setCurrentRenderer(previous);
 }

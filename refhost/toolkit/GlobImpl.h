@@ -1,6 +1,7 @@
 // GlobImpl: the Qt side of a Glob: its widget and the conversions between the two frames.
 #pragma once
 
+#include <QFontMetrics>
 #include <QImage>
 #include <QPoint>
 #include <QWidget>
@@ -51,6 +52,8 @@ QString toQString(const WString& s);
 WString fromQString(const QString& s);
 QColor toQColor(const Colour& c);
 QFont toQFont(const FontDesc& f);
+// The metrics of a font, made once per description.
+const QFontMetrics& fontMetrics(const FontDesc& f);
 // The screen's height, for turning Qt's downward y into the host's upward y.
 int screenHeight();
 

@@ -2,6 +2,9 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <algorithm>
+#include <memory>
+#include <string>
+#include <unordered_map>
 
 #include "host/Colour.h"
 #include "host/GlibFonts.h"
@@ -87,16 +90,49 @@ String getDefaultFontName(int) {
     return "DejaVu Sans";
 }
 
-QFont toolkit::toQFont(const FontDesc& f) {
+namespace {
+
+// Fonts and their metrics are made once per description, and text widths are kept per font and
+// text: a canvas repaints the same titles over and over. The tables are bounded and start afresh
+// when full.
+struct FontEntry {
+    QFont font;
+    QFontMetrics metrics;
+    std::unordered_map<std::wstring, int> widths;
+};
+
+std::string fontKey(const FontDesc& f) {
+    return std::string(f.name.c_str()) + '\x1f' + std::to_string(f.size) + (f.bold ? "b" : "");
+}
+
+FontEntry& fontEntry(const FontDesc& f) {
+    static std::unordered_map<std::string, std::unique_ptr<FontEntry>> fonts;
+    const std::string key = fontKey(f);
+    auto it = fonts.find(key);
+    if (it != fonts.end())
+        return *it->second;
     ensureToolkitApplication();
     QFont q(QString::fromUtf8(f.name.empty() ? getDefaultFontName(0).c_str() : f.name.c_str()));
     q.setPixelSize(f.size > 0 ? f.size : getDefaultFontSize());
     q.setBold(f.bold);
-    return q;
+    if (fonts.size() >= 256)
+        fonts.clear();
+    auto entry = std::unique_ptr<FontEntry>(new FontEntry{q, QFontMetrics(q), {}});
+    return *(fonts[key] = std::move(entry));
+}
+
+} // namespace
+
+QFont toolkit::toQFont(const FontDesc& f) {
+    return fontEntry(f).font;
+}
+
+const QFontMetrics& toolkit::fontMetrics(const FontDesc& f) {
+    return fontEntry(f).metrics;
 }
 
 int getFontYOffset(int boxHeight, const FontDesc& font) {
-    QFontMetrics fm(toolkit::toQFont(font));
+    const QFontMetrics& fm = toolkit::fontMetrics(font);
     return (boxHeight - (fm.ascent() + fm.descent())) / 2 + fm.descent();
 }
 
@@ -110,19 +146,33 @@ FontDesc Glib::loadFont(const String& name, int size, int style) {
 }
 
 int Glib::textWidth(const WString& text, const FontDesc& font) {
-    return QFontMetrics(toolkit::toQFont(font)).horizontalAdvance(toolkit::toQString(text));
+    FontEntry& e = fontEntry(font);
+    const std::wstring key(text.view());
+    auto it = e.widths.find(key);
+    if (it != e.widths.end())
+        return it->second;
+    if (e.widths.size() >= 8192)
+        e.widths.clear();
+    const int w = e.metrics.horizontalAdvance(toolkit::toQString(text));
+    e.widths.emplace(key, w);
+    return w;
 }
 
 WString Glib::fitTextToWidth(const WString& text, const FontDesc& font, int width, int) {
     if (textWidth(text, font) <= width)
         return text;
-    std::wstring s = text.str();
-    while (!s.empty()) {
-        s.pop_back();
-        WString candidate(s + L"..");
-        if (textWidth(candidate, font) <= width)
-            return candidate;
+    // The longest head that fits with ".." after it; widths grow with the head, so halve.
+    const std::wstring s(text.view());
+    size_t lo = 0, hi = s.size(); // a head of lo characters fits (or lo is 0); hi does not
+    while (hi - lo > 1) {
+        const size_t mid = (lo + hi) / 2;
+        if (textWidth(WString(s.substr(0, mid) + L".."), font) <= width)
+            lo = mid;
+        else
+            hi = mid;
     }
+    if (lo > 0)
+        return WString(s.substr(0, lo) + L"..");
     return textWidth(L"..", font) <= width ? WString(L"..") : WString();
 }
 

@@ -65,6 +65,7 @@ TEST_F(NodeFixture, OutputsAreNumberedInLinkOrderWithOneFreeConnectorMore) {
     EXPECT_EQ(s->getOutputPos(4), XY<int>(-1, -1)) << "nothing beyond the free connector";
 
     // Three outputs connected draw four output connectors: each a fill and a half outline.
+    view->setViewCentre(s->x(), s->y());
     CanvasRenderer& rend = view->canvas()->renderer();
     rend.clearClipRect();
     rend.clearRecording();
@@ -147,6 +148,7 @@ TEST_F(NodeFixture, AMatteWithoutParametersDrawsNothingInItsBox) {
     g.graphEvent(chan, 0, 10, root);
     open();
     auto fills = [&](FXGraphViewNode* n) {
+        view->setViewCentre(n->x(), n->y());
         CanvasRenderer& rend = view->canvas()->renderer();
         rend.clearClipRect();
         rend.clearRecording();

@@ -1,0 +1,44 @@
+// The render service for stills.
+#include "host/VidRenderUtils.h"
+
+#include "host/Edit.h"
+#include "refhost/render/GraphRenderer.h"
+#include "refhost/render/StillsLru.h"
+#include "refhost/render/SurfacePixels.h"
+#include "refhost/render/ViewTransform.h"
+
+namespace Render {
+
+namespace {
+// Larger stills are refused rather than allocated.
+constexpr int kMaxSide = 16384;
+constexpr int64_t kMaxPixels = int64_t(1) << 26;
+} // namespace
+
+// Renders at once whatever `wait` says: the reference host has no render queue, and the caller
+// on the user-interface thread wants its picture now.
+Zk::Ptr<Zk::Image::Surface> VidRenderUtils::renderStill(const RenderContextRep& context, bool) {
+    const EditGraphIterator& it = context.iterator();
+    const ShotVideoMetadata& m = context.metadata();
+    if (!it.isValid() || !it.getEditH() || m.width <= 0 || m.height <= 0 || m.width > kMaxSide ||
+        m.height > kMaxSide || int64_t(m.width) * m.height > kMaxPixels)
+        return nullptr;
+    GraphRenderer renderer(m.width, m.height, it.getEditH()->getVideoMetadata().height);
+    OIIO::ImageBuf picture;
+    if (!renderer.render(it, picture))
+        return nullptr;
+    if (!context.viewLUT().empty())
+        ViewTransform::instance().apply(context.viewLUT().str(), picture);
+    Zk::Ptr<Zk::Image::Surface> still = RenderPixels::toSurface(picture);
+    if (still)
+        still->setFormatUID(m.formatUID);
+    return still;
+}
+
+void VidRenderUtils::unRender(CelEventPair& cel, bool) {
+    if (!cel.valid() || !cel.edit())
+        return;
+    StillsLru::instance().dropEditTimes(cel.edit().get(), cel.editTime(), cel.endEditTime());
+}
+
+} // namespace Render

@@ -21,14 +21,10 @@ GraphRenderer::GraphRenderer(int width, int height, int editHeight)
     : width_(width), height_(height),
       scale_(editHeight > 0 ? static_cast<double>(height) / editHeight : 1.0) {}
 
-bool GraphRenderer::render(const EditGraphIterator& it, OIIO::ImageBuf& out) {
+GraphRenderer::Picture GraphRenderer::render(const EditGraphIterator& it) {
     if (!it.isValid() || width_ <= 0 || height_ <= 0)
-        return false;
-    Picture p = renderNode(it, 0);
-    if (!p)
-        return false;
-    out = *p;
-    return true;
+        return nullptr;
+    return renderNode(it, 0);
 }
 
 GraphRenderer::Picture GraphRenderer::renderNode(const EditGraphIterator& it, int level) {

@@ -29,14 +29,16 @@ public:
     // which sizes in parameters are measured.
     GraphRenderer(int width, int height, int editHeight);
 
-    // The picture of the iterator's node; false when it cannot be made.
-    bool render(const EditGraphIterator& it, OIIO::ImageBuf& out);
+    using Picture = std::shared_ptr<const OIIO::ImageBuf>;
+
+    // The picture of the iterator's node (shared with the pictures of the render, not to be
+    // changed); null when it cannot be made.
+    Picture render(const EditGraphIterator& it);
 
     // How many nodes were rendered (each once): for tests.
     size_t nodesRendered() const { return done_.size(); }
 
 private:
-    using Picture = std::shared_ptr<const OIIO::ImageBuf>;
     static constexpr int kMaxDepth = 256;
 
     Picture renderNode(const EditGraphIterator& it, int level);

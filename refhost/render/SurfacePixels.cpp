@@ -49,14 +49,21 @@ Zk::Ptr<Zk::Image::Surface> toSurface(const OIIO::ImageBuf& image) {
     if (spec.width <= 0 || spec.height <= 0 || spec.nchannels < 4)
         return nullptr;
     auto surface = Zk::make<Zk::Image::Surface>(spec.width, spec.height);
-    std::vector<float> row(static_cast<size_t>(spec.width) * 4);
+    // Working images are local floats; anything else is read row by row.
+    const bool direct = spec.format == OIIO::TypeDesc::FLOAT && spec.nchannels == 4 && image.localpixels();
+    std::vector<float> row(direct ? 0 : static_cast<size_t>(spec.width) * 4);
     for (int y = 0; y < spec.height; ++y) {
-        OIIO::ROI roi(spec.x, spec.x + spec.width, spec.y + y, spec.y + y + 1, 0, 1, 0, 4);
-        if (!image.get_pixels(roi, OIIO::TypeDesc::FLOAT, row.data()))
-            return nullptr;
+        const float* pixels = row.data();
+        if (direct) {
+            pixels = static_cast<const float*>(image.localpixels()) + static_cast<size_t>(y) * spec.width * 4;
+        } else {
+            OIIO::ROI roi(spec.x, spec.x + spec.width, spec.y + y, spec.y + y + 1, 0, 1, 0, 4);
+            if (!image.get_pixels(roi, OIIO::TypeDesc::FLOAT, row.data()))
+                return nullptr;
+        }
         uint32_t* out = surface->row(y);
         for (int x = 0; x < spec.width; ++x) {
-            const float* p = &row[static_cast<size_t>(x) * 4];
+            const float* p = pixels + static_cast<size_t>(x) * 4;
             const float a = std::clamp(p[3], 0.f, 1.f);
             const float k = a > 0.f ? 1.f / a : 0.f;
             out[x] = toByte(a) << 24 | toByte(p[0] * k) << 16 | toByte(p[1] * k) << 8 | toByte(p[2] * k);

@@ -24,12 +24,17 @@ Zk::Ptr<Zk::Image::Surface> VidRenderUtils::renderStill(const RenderContextRep& 
         m.height > kMaxSide || int64_t(m.width) * m.height > kMaxPixels)
         return nullptr;
     GraphRenderer renderer(m.width, m.height, it.getEditH()->getVideoMetadata().height);
-    OIIO::ImageBuf picture;
-    if (!renderer.render(it, picture))
+    GraphRenderer::Picture picture = renderer.render(it);
+    if (!picture)
         return nullptr;
-    if (!context.viewLUT().empty())
-        ViewTransform::instance().apply(context.viewLUT().str(), picture);
-    Zk::Ptr<Zk::Image::Surface> still = RenderPixels::toSurface(picture);
+    Zk::Ptr<Zk::Image::Surface> still;
+    if (!context.viewLUT().empty()) {
+        OIIO::ImageBuf viewed = picture->copy(OIIO::TypeDesc::FLOAT);
+        ViewTransform::instance().apply(context.viewLUT().str(), viewed);
+        still = RenderPixels::toSurface(viewed);
+    } else {
+        still = RenderPixels::toSurface(*picture);
+    }
     if (still)
         still->setFormatUID(m.formatUID);
     return still;

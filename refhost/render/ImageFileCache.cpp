@@ -124,7 +124,11 @@ Zk::Ptr<Zk::Image::Surface> ImageFileCache::loadImage(const WString& name, uint3
     ++reads_;
     Zk::Ptr<Zk::Image::Surface> picture = readFile(path);
     if (!picture) {
+        // Kept as a failure too, so that it is not read again until the file changes.
         report("not a picture that can be read");
+        entries_.push_front(Entry{wanted, width, height, when, bytes, nullptr});
+        if (entries_.size() > kCapacity)
+            entries_.pop_back();
         return nullptr;
     }
     if ((width && width != picture->width()) || (height && height != picture->height())) {

@@ -1,6 +1,7 @@
 // ImageFileCache: the reference host's reader of image files into surfaces. A picture is kept by
 // the name asked for and read again when the file's time or size changes; a file that cannot be
-// read gives null, is told once to the log, and never opens a dialogue.
+// read gives null (and is not tried again until it changes), is told once to the log, and never
+// opens a dialogue.
 #pragma once
 
 #include <cstdint>

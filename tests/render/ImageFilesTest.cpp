@@ -66,6 +66,11 @@ TEST(ImageFiles, MissingAndMalformedFilesGiveNull) {
         EXPECT_FALSE(ImageFileCache::readFile(path)) << bad;
         EXPECT_FALSE(api.loadImage(toWide(String(path.c_str())), 0x42475241, 0, 0)) << bad;
     }
+    const std::string text = kMalformed + "image-text.jpg";
+    const unsigned reads = ImageFileCache::instance().reads();
+    EXPECT_FALSE(api.loadImage(toWide(String(text.c_str())), 0x42475241, 0, 0));
+    EXPECT_EQ(ImageFileCache::instance().reads(), reads)
+        << "a failure is not read again while the file stays";
     setLogSink(nullptr);
     EXPECT_FALSE(log.empty()) << "failures are told to the log, not to a dialogue";
 }

@@ -35,6 +35,8 @@ public:
 
     Vob* getVobWithCookie(const Cookie& cookie) const;
     const std::vector<Zk::Ptr<Vob>>& vobs() const { return vobs_; }
+    // The open edits: those registered or with a Vob, until closed.
+    const std::vector<EditPtr>& edits() const { return edits_; }
     // Forgets every Vob and closes every edit; for tests and program exit.
     void reset();
     // Closes an edit: its stored objects are let go and it is forgotten.

@@ -66,6 +66,8 @@ public:
     ValServer<XY<double>>& getViewCentreSrv() { return viewCentre_; }
     ValServer<double>& getViewZoom() { return viewZoom_; }
     ValServer<bool>& manualPosMode() { return manualPosMode_; }
+    bool getManualPosMode() const { return manualPosMode_.getVal(); }
+    double getViewZoomValue() const { return viewZoom_.getVal(); }
     double getCanvasMinX() const { return canvasMinX_; }
     double getCanvasMinY() const { return canvasMinY_; }
     double getCanvasMaxX() const { return canvasMaxX_; }

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
 #include "graphview/FXGraphView.h"
 #include "host/Edit.h"
@@ -20,8 +21,8 @@
 namespace {
 
 int usage() {
-    std::fprintf(stderr,
-                 "usage: nodedesk-workbench [EDIT] [--time T] [--headless] [--snapshot FILE] [--size WxH]\n");
+    std::fprintf(stderr, "usage: nodedesk-workbench [EDIT] [--time T] [--headless] [--snapshot FILE] [--size "
+                         "WxH] [--dump-view FILE.json]\n");
     return 2;
 }
 
@@ -52,6 +53,7 @@ void fitGraph(FXGraphView& graph) {
 int main(int argc, char** argv) {
     bool headless = false;
     std::string snapshot;
+    std::string dumpPath;
     std::string editPath = std::string(NODEDESK_SOURCE_DIR) + "/samples/showcase.edit.json";
     double time = NAN;
     int w = 900, h = 600;
@@ -60,6 +62,8 @@ int main(int argc, char** argv) {
             headless = true;
         } else if (!std::strcmp(argv[i], "--snapshot") && i + 1 < argc) {
             snapshot = argv[++i];
+        } else if (!std::strcmp(argv[i], "--dump-view") && i + 1 < argc) {
+            dumpPath = argv[++i];
         } else if (!std::strcmp(argv[i], "--size") && i + 1 < argc) {
             if (std::sscanf(argv[++i], "%dx%d", &w, &h) != 2 || w < 200 || h < 150 || w > 8000 || h > 8000)
                 return usage();
@@ -97,6 +101,19 @@ int main(int argc, char** argv) {
     GlobManager::instance().realize(bench);
     if (graph)
         fitGraph(*graph);
+    if (!dumpPath.empty()) {
+        // What a person would see: the stills, boxes and flags of a drawn view.
+        processToolkitEvents();
+        if (graph)
+            graph->draw();
+        std::string error;
+        const FXGraphView* views[] = {graph};
+        if (!writeViewDump(views, graph ? 1 : 0, dumpPath, error)) {
+            GlobManager::instance().destroyAll();
+            VobManager::instance().reset();
+            return fail(error);
+        }
+    }
 
     int rc = 0;
     if (!snapshot.empty() && !bench->saveSnapshot(snapshot.c_str())) {

@@ -6,6 +6,7 @@
 #include "host/Canvas.h"
 #include "host/GlibDraw.h"
 #include "host/GlibFonts.h"
+#include "host/MenuGlob.h"
 #include "host/UifStd.h"
 
 TableWidget::TableWidget(const InitArgs& args)
@@ -133,7 +134,25 @@ bool TableWidget::handleMouseEvent(const Event& e) {
     bool used = cell.y >= 0 && adaptor_->handleMouseEvent(cell, e);
     if (mouse_up_event(e))
         dragRow_ = -1;
+    if (!used && mouse_right_event(e) && mouse_up_event(e))
+        used = showOwnerMenu(e);
     return used;
+}
+
+bool TableWidget::showOwnerMenu(const Event& e) {
+    // The table has no menu of its own: the nearest panel round it shows its menu, with the
+    // event moved into that panel's frame.
+    for (Glob* g = parent(); g; g = g->parent()) {
+        auto* owner = dynamic_cast<MenuGlob*>(g);
+        if (!owner)
+            continue;
+        XY<int> here = getPosition(), there = owner->getPosition();
+        XY<int> d(here.x - there.x, here.y - there.y);
+        Event moved(e.action(), e.button(), XY<int>(e.pos().x + d.x, e.pos().y + d.y),
+                    XY<int>(e.pressPos().x + d.x, e.pressPos().y + d.y), e.modifiers());
+        return owner->processRightMouseClicks(moved);
+    }
+    return false;
 }
 
 MouseCursorID TableWidget::contextCursor(const XY<int>& screenPos) {

@@ -6,10 +6,12 @@
 #include <memory>
 #include <string>
 
+#include "host/CelEventPair.h"
 #include "host/CompoundEffectMonitor.h"
 #include "host/Edit.h"
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/ToolkitApp.h"
+#include "host/UifStd.h"
 #include "host/Vob.h"
 #include "host/VobManager.h"
 #include "refhost/edit/EditFile.h"

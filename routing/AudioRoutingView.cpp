@@ -33,6 +33,8 @@ bool hasCrossfadeTag(const Zk::Ptr<EffectInstance_opu4h5a4j>& fx) {
 } // namespace
 
 AudioRoutingView::AudioRoutingView(const InitArgs& args) : StandardPanel(args), monitor_(args.monitor) {
+    // A page of the routing panel: no title row, the table fills it.
+    setTitleShown(false);
     Zk::Box<int> ua = getUserArea();
     TableWidget::InitArgs t(ua.width(), ua.height(), this, 2, UifStd::getRowHeight());
     t.palette = getPalette();

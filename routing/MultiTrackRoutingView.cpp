@@ -32,6 +32,8 @@ bool equalsIgnoringCase(const WString& a, const WString& b) {
 } // namespace
 
 MultiTrackRoutingView::MultiTrackRoutingView(const InitArgs& args) : StandardPanel(args) {
+    // The tab strip takes the place of the title row.
+    setTitleShown(false);
     if (args.vob)
         monitor_ =
             dynamic_cast<CompoundEffectMonitor*>(args.vob->findClient(CompoundEffectMonitor::IDString));

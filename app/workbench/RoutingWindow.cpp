@@ -1,0 +1,189 @@
+// RoutingWindow: opening the routing panel and driving its table with pointer events.
+#include "app/workbench/RoutingWindow.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "host/CompoundEffectMonitor.h"
+#include "host/GlobManager.h"
+#include "host/MenuGlob.h"
+#include "host/TableWidget.h"
+#include "host/UifStd.h"
+#include "host/Vob.h"
+#include "refhost/edit/OwningEdit.h"
+#include "routing/AudioRoutingView.h"
+#include "routing/MultiTrackRoutingView.h"
+
+namespace {
+
+bool toInt(const char* s, int& out) {
+    char* end = nullptr;
+    long v = std::strtol(s, &end, 10);
+    if (end == s || *end != '\0' || v < 0 || v > 100000)
+        return false;
+    out = static_cast<int>(v);
+    return true;
+}
+
+XY<int> centreOf(TableWidget* t, int row) {
+    Zk::Box<int> b = t->getCellBox(XY<int>(0, row));
+    return XY<int>((b.x1 + b.x2) / 2, (b.y1 + b.y2) / 2);
+}
+
+} // namespace
+
+const char* RoutingWindow::Options::usage() {
+    return "[--routing] [--routing-tab LABEL] [--routing-click ROW] [--routing-drag FROM:TO] "
+           "[--routing-snapshot FILE]";
+}
+
+bool RoutingWindow::Options::parse(int argc, char** argv, int& i) {
+    const char* a = argv[i];
+    const bool hasValue = i + 1 < argc;
+    if (!std::strcmp(a, "--routing")) {
+        open = true;
+        return true;
+    }
+    if (!hasValue)
+        return false;
+    const char* v = argv[i + 1];
+    if (!std::strcmp(a, "--routing-tab")) {
+        WString w = toWide(String(v));
+        tab = w.str();
+    } else if (!std::strcmp(a, "--routing-snapshot")) {
+        snapshot = v;
+    } else if (!std::strcmp(a, "--routing-click")) {
+        if (!toInt(v, clickRow))
+            return false;
+    } else if (!std::strcmp(a, "--routing-drag")) {
+        const char* colon = std::strchr(v, ':');
+        if (!colon || !toInt(std::string(v, colon).c_str(), dragFrom) || !toInt(colon + 1, dragTo))
+            return false;
+    } else {
+        return false;
+    }
+    open = true;
+    ++i;
+    return true;
+}
+
+RoutingWindow::RoutingWindow(Vob* vob, Glob* beside)
+    : vob_(vob), beside_(beside), monitor_(std::make_unique<CompoundEffectMonitor>(vob)) {}
+
+RoutingWindow::~RoutingWindow() {
+    // The panel leaves the monitor as it goes, so it goes first, at once.
+    if (MultiTrackRoutingView* p = panel())
+        delete p;
+}
+
+MultiTrackRoutingView* RoutingWindow::panel() const {
+    return panel_ && is_good_glob_ptr(panel_) ? panel_ : nullptr;
+}
+
+bool RoutingWindow::isOpen() const {
+    return panel() != nullptr;
+}
+
+void RoutingWindow::open() {
+    if (isOpen())
+        return;
+    const int w = 360, h = beside_ ? beside_->height() : 480;
+    MultiTrackRoutingView::InitArgs args(w, h, vob_);
+    panel_ = new MultiTrackRoutingView(args);
+    panel_->setTitle(UIString(L"Routing"));
+    panel_->setMovable(true);
+    panel_->setResizable(true);
+    XY<int> at = glib_getPosForWindow(w, h);
+    if (beside_)
+        at = XY<int>(beside_->getPosition().x + beside_->width() + UifStd::getWidgetGap(),
+                     beside_->getPosition().y);
+    Glob::setupRootPos(panel_->canvas(), at);
+    GlobManager::instance().realize(panel_);
+}
+
+void RoutingWindow::close() {
+    if (MultiTrackRoutingView* p = panel())
+        GlobManager::instance().requestDeletion(p);
+    panel_ = nullptr;
+}
+
+void RoutingWindow::toggle() {
+    if (isOpen())
+        close();
+    else
+        open();
+}
+
+void RoutingWindow::addToggleTo(MenuGlob* menu) {
+    if (!menu)
+        return;
+    menu->addMenuItem(
+        MenuItem(UIString(L"Routing panel"), WidgetCallback(refhost::makeCallback([this](const NotifyMsg&) {
+                     toggle();
+                     return 1;
+                 }))));
+}
+
+bool RoutingWindow::selectTab(const WString& label) {
+    MultiTrackRoutingView* p = panel();
+    if (!p || !p->getTabs())
+        return false;
+    int i = p->getTabs()->findPageIdx(UIString(label));
+    return i >= 0 && p->getTabs()->selectPage(i, true, true);
+}
+
+bool RoutingWindow::clickRow(int row) {
+    MultiTrackRoutingView* p = panel();
+    AudioRoutingView* audio = p ? p->getAudioView() : nullptr;
+    if (!audio || row < 0 || row >= audio->getNumRows())
+        return false;
+    TableWidget* t = audio->getTable();
+    XY<int> at = centreOf(t, row);
+    t->dispatchMouseEvent(Event(Event::Down, Event::Left, at, at));
+    t->dispatchMouseEvent(Event(Event::Up, Event::Left, at, at));
+    return true;
+}
+
+bool RoutingWindow::dragRow(int from, int to) {
+    MultiTrackRoutingView* p = panel();
+    AudioRoutingView* audio = p ? p->getAudioView() : nullptr;
+    if (!audio || from < 0 || to < 0 || from >= audio->getNumRows() || to >= audio->getNumRows())
+        return false;
+    TableWidget* t = audio->getTable();
+    const XY<int> press = centreOf(t, from), target = centreOf(t, to);
+    const int step = std::max(1, t->getLineHeight() / 2) * (target.y > press.y ? 1 : -1);
+    t->dispatchMouseEvent(Event(Event::Down, Event::Left, press, press));
+    XY<int> at = press;
+    while (at.y != target.y) {
+        at.y = std::abs(target.y - at.y) < std::abs(step) ? target.y : at.y + step;
+        t->dispatchMouseEvent(Event(Event::Move, Event::Left, at, press));
+    }
+    t->dispatchMouseEvent(Event(Event::Up, Event::Left, at, press));
+    return true;
+}
+
+bool RoutingWindow::run(const Options& options, std::string& error) {
+    if (!options.open)
+        return true;
+    open();
+    if (!options.tab.empty() && !selectTab(WString(options.tab))) {
+        error = "the routing panel has no tab of that name";
+        return false;
+    }
+    if (options.clickRow >= 0 && !clickRow(options.clickRow)) {
+        error = "the routing panel shows no audio row " + std::to_string(options.clickRow);
+        return false;
+    }
+    if (options.dragFrom >= 0 && !dragRow(options.dragFrom, options.dragTo)) {
+        error = "the routing panel can't drag those rows";
+        return false;
+    }
+    if (!options.snapshot.empty() && !panel()->saveSnapshot(options.snapshot.c_str())) {
+        error = "can't write " + options.snapshot;
+        return false;
+    }
+    return true;
+}

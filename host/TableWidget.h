@@ -39,6 +39,8 @@ public:
 
 private:
     std::vector<int> columnWidths() const;
+    // Makes the toolkit's table match the adaptor's rows and columns.
+    void syncControl();
     bool showOwnerMenu(const Event& e);
     iTableAdaptor* adaptor_;
     int lineHeight_;

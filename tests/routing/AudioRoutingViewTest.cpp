@@ -139,6 +139,10 @@ TEST_F(Table, SwappingTheTopRowChangesWhatEverySideOfTheGroupPlays) {
     EXPECT_EQ(below(kCompressor), kEqualiser);
     EXPECT_EQ(texts()[0], L"Room reverb");
     EXPECT_GT(PlugInUIAdaptorFactory::instance().adaptorsMade(), made) << "the moved plug-in is set up again";
+    Edit reloaded;
+    std::string error;
+    ASSERT_TRUE(EditFile::loadFromText(text(), "swapped", reloaded, error)) << error;
+    EXPECT_EQ(EditFile::saveToText(reloaded), text()) << "the relinked chain saves and loads as it stands";
     ASSERT_TRUE(vob->undoRequest());
     EXPECT_EQ(text(), before);
 }

@@ -144,4 +144,26 @@ TEST_F(Panel, VideoAloneHasNoStrip) {
     EXPECT_TRUE(p.getMenuItems(nullptr).size() == p.getVideoView()->getMenuItems(nullptr).size());
 }
 
+TEST_F(Panel, ACopyTakesTheFieldsAndNoPage) {
+    make();
+    panel->getTabs()->selectPage(1, true, false);
+    {
+        MultiTrackRoutingView copy(*panel);
+        EXPECT_EQ(copy.getMonitor(), monitor.get());
+        EXPECT_FALSE(copy.getTabs());
+        EXPECT_FALSE(copy.getAudioView());
+        EXPECT_FALSE(copy.getVideoView());
+    }
+    // The original still hears the monitor after the copy has gone.
+    vob->setCurrentTime(15.0);
+    EXPECT_EQ(labels().size(), 4u);
+    ASSERT_TRUE(panel->getAudioView());
+
+    // Resizing keeps the page filling what the strip leaves.
+    panel->resize(420, 300);
+    EXPECT_EQ(panel->getTabs()->width(), panel->getUserArea().width());
+    EXPECT_EQ(panel->getAudioView()->height(), panel->getUserArea().height());
+    EXPECT_EQ(panel->getAudioView()->getTable()->height(), panel->getAudioView()->getUserArea().height());
+}
+
 } // namespace

@@ -13,7 +13,7 @@
 #include "host/TableWidget.h"
 #include "host/UifStd.h"
 #include "host/Vob.h"
-#include "refhost/edit/OwningEdit.h"
+#include "refhost/notify/FunctionCallback.h"
 #include "routing/AudioRoutingView.h"
 #include "routing/MultiTrackRoutingView.h"
 

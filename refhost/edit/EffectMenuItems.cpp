@@ -8,6 +8,7 @@
 #include "host/PlugInUIAdaptorFactory.h"
 #include "host/Vob.h"
 #include "refhost/edit/OwningEdit.h"
+#include "refhost/notify/FunctionCallback.h"
 
 namespace {
 

@@ -12,6 +12,7 @@
 #include "host/UifStd.h"
 #include "host/VobManager.h"
 #include "refhost/edit/OwningEdit.h"
+#include "refhost/notify/FunctionCallback.h"
 
 bool isAudioPlugin(const String& tagTypeId) {
     return tagTypeId.view().substr(0, 12) == "AudioPlugIn:";

@@ -71,7 +71,10 @@ int AudioRoutingView::getNumRows() {
 LightweightString<wchar_t> AudioRoutingView::getFieldText(const XY<int>& cell) {
     if (cell.y >= 0 && cell.y < numEffectRows()) {
         auto fx = monitor_->getEffect(static_cast<unsigned short>(cell.y));
-        return fx ? fx->getName() : WString();
+        if (!fx)
+            return WString();
+        // An effect the user never named is shown by its kind.
+        return fx->getName().empty() ? toWide(fx->tagTypeId()) : fx->getName();
     }
     return sourceText_;
 }

@@ -53,6 +53,8 @@ TEST_F(Table, RowCountFollowsTheChainTheCrossfadeAndTheEmptyTrack) {
     EXPECT_EQ(texts(),
               (std::vector<std::wstring>{L"Compressor", L"Room reverb", L"Equaliser", L"Gain", L"A1"}))
         << "the source of a chain on a track is named by the track";
+    fx(kEqualiser)->setName(WString());
+    EXPECT_EQ(texts()[2], L"Audio:Filter:eq") << "an unnamed effect shows its kind";
     EXPECT_EQ(view->getTable()->getLineHeight(), 2 * UifStd::getRowHeight());
     ASSERT_EQ(view->getColumns().size(), 1u);
 

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "host/CompoundEffectMonitor.h"
@@ -41,31 +40,24 @@ const char* RoutingWindow::Options::usage() {
 }
 
 bool RoutingWindow::Options::parse(int argc, char** argv, int& i) {
-    const char* a = argv[i];
-    const bool hasValue = i + 1 < argc;
-    if (!std::strcmp(a, "--routing")) {
-        open = true;
+    const std::string a = argv[i];
+    if (a == "--routing") {
+        commands.push_back("routing");
         return true;
     }
-    if (!hasValue)
+    if (i + 1 >= argc)
         return false;
-    const char* v = argv[i + 1];
-    if (!std::strcmp(a, "--routing-tab")) {
-        WString w = toWide(String(v));
-        tab = w.str();
-    } else if (!std::strcmp(a, "--routing-snapshot")) {
-        snapshot = v;
-    } else if (!std::strcmp(a, "--routing-click")) {
-        if (!toInt(v, clickRow))
+    std::string v = argv[i + 1];
+    if (a == "--routing-drag") {
+        // FROM:TO on the command line.
+        std::size_t colon = v.find(':');
+        if (colon == std::string::npos)
             return false;
-    } else if (!std::strcmp(a, "--routing-drag")) {
-        const char* colon = std::strchr(v, ':');
-        if (!colon || !toInt(std::string(v, colon).c_str(), dragFrom) || !toInt(colon + 1, dragTo))
-            return false;
-    } else {
+        v[colon] = ' ';
+    } else if (a != "--routing-tab" && a != "--routing-click" && a != "--routing-snapshot") {
         return false;
     }
-    open = true;
+    commands.push_back(a.substr(2) + " " + v);
     ++i;
     return true;
 }
@@ -165,25 +157,51 @@ bool RoutingWindow::dragRow(int from, int to) {
     return true;
 }
 
-bool RoutingWindow::run(const Options& options, std::string& error) {
-    if (!options.open)
+bool RoutingWindow::runCommand(const std::string& line, std::string& error) {
+    const std::size_t space = line.find(' ');
+    const std::string verb = line.substr(0, space);
+    const std::string arg = space == std::string::npos ? std::string() : line.substr(space + 1);
+    if (verb == "routing-toggle") {
+        toggle();
         return true;
+    }
+    if (verb != "routing" && verb != "routing-tab" && verb != "routing-click" && verb != "routing-drag" &&
+        verb != "routing-snapshot") {
+        error = "'" + verb + "' is no routing command";
+        return false;
+    }
     open();
-    if (!options.tab.empty() && !selectTab(WString(options.tab))) {
-        error = "the routing panel has no tab of that name";
-        return false;
+    if (verb == "routing-tab") {
+        if (!selectTab(toWide(String(arg)))) {
+            error = "the routing panel has no tab '" + arg + "'";
+            return false;
+        }
+    } else if (verb == "routing-click") {
+        int row = -1;
+        if (!toInt(arg.c_str(), row) || !clickRow(row)) {
+            error = "the routing panel shows no audio row '" + arg + "'";
+            return false;
+        }
+    } else if (verb == "routing-drag") {
+        const std::size_t gap = arg.find(' ');
+        int from = -1, to = -1;
+        if (gap == std::string::npos || !toInt(arg.substr(0, gap).c_str(), from) ||
+            !toInt(arg.substr(gap + 1).c_str(), to) || !dragRow(from, to)) {
+            error = "the routing panel can't drag rows '" + arg + "'";
+            return false;
+        }
+    } else if (verb == "routing-snapshot") {
+        if (arg.empty() || !panel()->saveSnapshot(arg.c_str())) {
+            error = "can't write '" + arg + "'";
+            return false;
+        }
     }
-    if (options.clickRow >= 0 && !clickRow(options.clickRow)) {
-        error = "the routing panel shows no audio row " + std::to_string(options.clickRow);
-        return false;
-    }
-    if (options.dragFrom >= 0 && !dragRow(options.dragFrom, options.dragTo)) {
-        error = "the routing panel can't drag those rows";
-        return false;
-    }
-    if (!options.snapshot.empty() && !panel()->saveSnapshot(options.snapshot.c_str())) {
-        error = "can't write " + options.snapshot;
-        return false;
-    }
+    return true;
+}
+
+bool RoutingWindow::run(const Options& options, std::string& error) {
+    for (const std::string& c : options.commands)
+        if (!runCommand(c, error))
+            return false;
     return true;
 }

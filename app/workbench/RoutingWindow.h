@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/LightweightString.h"
 #include "host/XY.h"
@@ -18,14 +19,11 @@ class Vob;
 // tab, click rows and drag them through the same pointer events a user's hand would make.
 class RoutingWindow {
 public:
-    // What the command line asks of the routing panel.
+    // What the command line asks of the routing panel: script commands, in the order given.
     struct Options {
-        bool open = false;
-        std::wstring tab;
-        std::string snapshot;
-        int clickRow = -1;
-        int dragFrom = -1, dragTo = -1;
-        // Takes the routing flags at argv[i] (and their values); false if argv[i] is none of them.
+        std::vector<std::string> commands;
+        // Takes the routing flag at argv[i] (and its value); false if argv[i] is none of them or
+        // its value is missing.
         bool parse(int argc, char** argv, int& i);
         static const char* usage();
     };
@@ -49,7 +47,12 @@ public:
     bool clickRow(int row);
     // Drags a row onto another, a half line at a time; false as for clickRow.
     bool dragRow(int from, int to);
-    // Carries out the options; false with a message for what failed.
+    // One command of a script: "routing" (opens the panel), "routing-toggle", "routing-tab
+    // LABEL", "routing-click ROW", "routing-drag FROM TO", "routing-snapshot FILE". Every
+    // command but the toggle opens the panel first. False with a message when it fails or is
+    // no routing command.
+    bool runCommand(const std::string& line, std::string& error);
+    // Carries out the options' commands in order; false with the message of the first failure.
     bool run(const Options& options, std::string& error);
 
 private:

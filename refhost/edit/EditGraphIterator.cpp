@@ -152,7 +152,7 @@ bool EditGraphIterator::searchFrom(const Entry& root, const FXGraphNodeBase* nod
     std::vector<Entry> path{root};
     std::vector<unsigned> nextInput{0};
     std::set<const FXGraphNodeBase*> seen{root.node.get()};
-    // Looking for an id also finds the node carried by the internal track of that id.
+    // Looking for an id also finds the node that comes in through the track of that id.
     auto matches = [&](const Entry& e, const Entry* parent) {
         if (node)
             return e.node.get() == node;

@@ -5,6 +5,7 @@
 #include "host/EditPtr.h"
 #include "host/FXGraphNodeBase.h"
 #include "host/IdStamp.h"
+#include "host/ce_handle.h"
 
 class CelEventPair {
 public:
@@ -24,6 +25,11 @@ public:
     double endEditTime() const;
     Cookie stripCookie() const;
     Zk::Ptr<FXGraphNodeBase> getEffectHandle() const;
+    bool isBlack() const;
+    // Whether the event holds an effect graph rather than plain material.
+    bool isEffect() const;
+    // The handle that changes what the event plays.
+    ce_handle inH() const;
     int chanIndex() const { return chan_; }
     int eventIndex() const { return index_; }
     const EditPtr& edit() const { return edit_; }

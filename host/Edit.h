@@ -51,6 +51,16 @@ public:
     EditChanType getChanType(int chan) const;
     unsigned getChanSubtype(int chan) const;
     WString getChanDisplayName(int chan) const;
+    // The same by channel id. fmt bit 1 gives the channel's own name; with bit 2 a channel
+    // without a name is called by its type and number ("A3"). Empty for an unknown channel.
+    WString getChanDisplayName(const IdStamp& chan, unsigned fmt) const;
+    EditChanType getChanType(const IdStamp& chan) const { return getChanType(getIdx(chan)); }
+    // The channels of the stereo group that holds chan, in edit order; chan alone when it is in
+    // no group; empty when it is no channel of the edit.
+    std::vector<IdStamp> getGroupContainingChan(const IdStamp& chan) const;
+    // The name of that group: its channels' display names joined by "+". With `brief` a group of
+    // more than two channels is named by its first and last channel ("A1-A4").
+    WString getGroupDisplayName(const IdStamp& chan, bool brief) const;
     // Records a change. With `announce` true it is published to the clients of the edit's
     // Vobs: at once, or when the outermost open undo step (EasyBackup) closes.
     void addModification(const EditModifications& mods, bool announce);

@@ -28,6 +28,8 @@ struct EditModification {
     explicit EditModification(unsigned graphDetail) : type(kModEffectGraph), detail(graphDetail) {}
     EditModification(EditModificationType t, unsigned d) : type(t), detail(d) {}
 
+    bool matches(int t) const { return static_cast<int>(type) == t; }
+
     EditModificationType type = kModNone;
     unsigned detail = 0;
 };

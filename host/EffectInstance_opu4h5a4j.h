@@ -21,6 +21,13 @@ public:
     // channel's id, an internal track's id, or invalid for a slot without a track.
     uint16_t getNumTrackInputs() const;
     IdStamp getInputTrackId(uint16_t k) const;
+    // Sets what feeds track input k: a node of the effect's edit (linked through a new internal
+    // track), an internal track (taking the node it carries), a channel, or nothing (invalid).
+    // Links are often passed round in a series of calls; within a series an internal track let
+    // go by an earlier call still names the node it carried. `lastOfSeries` ends the series.
+    // The effect's edit is the open edit that holds it; outside every open edit a node's id
+    // can't be resolved and is taken as a bare track.
+    void setInputTrackId(uint16_t k, const IdStamp& track, bool lastOfSeries);
 
     double param(const std::string& name, double fallback = 0.0) const {
         auto it = params_.find(name);

@@ -12,4 +12,6 @@ enum MouseCursorID : int {
     CursorArrow = 16,
     CursorCross = 20,
     CursorMove = 21,
+    // A row that can be dragged to another place.
+    CursorDragRow = 23,
 };

@@ -6,7 +6,8 @@
 
 // Rows are lineHeight pixels from the top. A press on a cell makes it current and goes to the
 // adaptor; a drag of a row by more than half a line onto another row asks the adaptor to swap
-// them. With no rows the empty label is shown.
+// them. With no rows the empty label is shown. A right click that the adaptor doesn't take
+// shows the menu of the nearest panel round the table.
 class TableWidget : public Glob {
 public:
     enum eHighlight { HighlightCurrentRow = 0x1, HighlightHover = 0x2 };
@@ -38,6 +39,9 @@ public:
 
 private:
     std::vector<int> columnWidths() const;
+    // Makes the toolkit's table match the adaptor's rows and columns.
+    void syncControl();
+    bool showOwnerMenu(const Event& e);
     iTableAdaptor* adaptor_;
     int lineHeight_;
     unsigned highlight_ = HighlightCurrentRow;

@@ -71,6 +71,8 @@ public:
     void setStateWord(unsigned s) { state_ = s; }
 
     const std::vector<VobClient*>& clients() const { return clients_; }
+    // The first attached client whose idString is name; null if none.
+    VobClient* findClient(const char* name) const;
 
 private:
     friend class VobManager;

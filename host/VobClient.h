@@ -15,6 +15,8 @@ public:
     VobClient() = default;
     VobClient(Cookie cookie, Vob* vob, eClientPriority priority, eClientManagementDetails details);
     virtual ~VobClient();
+    // The name a client is found by (Vob::findClient); empty for most clients.
+    virtual const char* idString() const { return ""; }
     VobClient(const VobClient&) = delete;
     VobClient& operator=(const VobClient&) = delete;
 

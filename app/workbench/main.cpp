@@ -5,8 +5,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 
+#include "app/workbench/RoutingWindow.h"
 #include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
 #include "graphview/FXGraphView.h"
@@ -21,8 +23,10 @@
 namespace {
 
 int usage() {
-    std::fprintf(stderr, "usage: nodedesk-workbench [EDIT] [--time T] [--headless] [--snapshot FILE] [--size "
-                         "WxH] [--dump-view FILE.json]\n");
+    std::fprintf(
+        stderr,
+        "usage: nodedesk-workbench [EDIT] [--time T] [--headless] [--snapshot FILE] [--size WxH] [--dump-view FILE.json] %s\n",
+        RoutingWindow::Options::usage());
     return 2;
 }
 
@@ -52,6 +56,7 @@ void fitGraph(FXGraphView& graph) {
 
 int main(int argc, char** argv) {
     bool headless = false;
+    RoutingWindow::Options routingOptions;
     std::string snapshot;
     std::string dumpPath;
     std::string editPath = std::string(NODEDESK_SOURCE_DIR) + "/samples/showcase.edit.json";
@@ -72,6 +77,7 @@ int main(int argc, char** argv) {
             time = std::strtod(argv[++i], &end);
             if (*end != '\0' || !std::isfinite(time))
                 return fail(std::string("--time takes a number of seconds, not '") + argv[i] + "'");
+        } else if (routingOptions.parse(argc, argv, i)) {
         } else if (argv[i][0] != '-') {
             editPath = argv[i];
         } else {
@@ -99,6 +105,9 @@ int main(int argc, char** argv) {
     });
     Glob::setupRootPos(bench->canvas(), glib_getPosForWindow(w, h));
     GlobManager::instance().realize(bench);
+    auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
+    bench->addStandardWidgets(StandardPanel::MenuButton);
+    routing->addToggleTo(bench);
     if (graph)
         fitGraph(*graph);
     if (!dumpPath.empty()) {
@@ -116,12 +125,18 @@ int main(int argc, char** argv) {
     }
 
     int rc = 0;
+    std::string routingError;
+    if (!routing->run(routingOptions, routingError)) {
+        std::fprintf(stderr, "nodedesk-workbench: %s\n", routingError.c_str());
+        rc = 1;
+    }
     if (!snapshot.empty() && !bench->saveSnapshot(snapshot.c_str())) {
         std::fprintf(stderr, "nodedesk-workbench: can't write %s\n", snapshot.c_str());
         rc = 1;
     }
     if (!headless && rc == 0)
         rc = runToolkitApplication();
+    routing.reset();
     GlobManager::instance().destroyAll();
     VobManager::instance().reset();
     return rc;

@@ -153,8 +153,14 @@ bool EditGraphIterator::searchFrom(const Entry& root, const FXGraphNodeBase* nod
     std::vector<Entry> path{root};
     std::vector<unsigned> nextInput{0};
     std::set<const FXGraphNodeBase*> seen{root.node.get()};
-    auto matches = [&](const Entry& e) { return node ? e.node.get() == node : e.node->getId() == *id; };
-    if (matches(root)) {
+    // Looking for an id also finds the node that comes in through the track of that id.
+    auto matches = [&](const Entry& e, const Entry* parent) {
+        if (node)
+            return e.node.get() == node;
+        return e.node->getId() == *id ||
+               (parent && parent->node->input(static_cast<unsigned>(e.parentInput)).track == *id);
+    };
+    if (matches(root, nullptr)) {
         path_ = std::move(path);
         return true;
     }
@@ -170,9 +176,10 @@ bool EditGraphIterator::searchFrom(const Entry& root, const FXGraphNodeBase* nod
         bool ok = resolveInput(top, i++, child);
         if (!ok || !seen.insert(child.node.get()).second)
             continue;
+        bool hit = matches(child, &top);
         path.push_back(child);
         nextInput.push_back(0);
-        if (matches(child)) {
+        if (hit) {
             path_ = std::move(path);
             return true;
         }

@@ -107,6 +107,7 @@ void GlobWidget::mouseMoveEvent(QMouseEvent* e) {
                             : c == CursorForbidden  ? Qt::ForbiddenCursor
                             : c == CursorCross      ? Qt::CrossCursor
                             : c == CursorMove       ? Qt::SizeAllCursor
+                            : c == CursorDragRow    ? Qt::SizeVerCursor
                                                     : Qt::ArrowCursor;
     if (cursor().shape() != shape)
         setCursor(shape);

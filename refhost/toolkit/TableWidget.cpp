@@ -1,16 +1,93 @@
-// TableWidget: rows drawn on the canvas through the adaptor; cell cursor, clicks and row drags.
+// TableWidget on QTableWidget: rows drawn on the canvas through the adaptor and shown in the
+// table's cells; cell cursor, clicks and row drags.
 #include "host/TableWidget.h"
 
+#include <QHeaderView>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <QTableWidget>
 #include <algorithm>
 
 #include "host/Canvas.h"
 #include "host/GlibDraw.h"
 #include "host/GlibFonts.h"
+#include "host/MenuGlob.h"
 #include "host/UifStd.h"
+#include "refhost/toolkit/CanvasSurface.h"
+#include "refhost/toolkit/GlobImpl.h"
+
+namespace {
+
+// Paints a cell of the Qt table with the pixels the adaptor drew for it on the canvas, so that
+// the adaptor's drawing is what the table shows.
+class CanvasCellDelegate : public QStyledItemDelegate {
+public:
+    CanvasCellDelegate(TableWidget& table, QObject* parent) : QStyledItemDelegate(parent), table_(table) {}
+    void paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        Zk::Box<int> b = table_.getCellBox(XY<int>(index.column(), index.row()));
+        QRect from(b.x1, table_.height() - b.y2, b.width(), b.y2 - b.y1);
+        p->drawImage(option.rect, table_.canvas()->surface().image, from);
+    }
+
+private:
+    TableWidget& table_;
+};
+
+} // namespace
 
 TableWidget::TableWidget(const InitArgs& args)
     : Glob(args), adaptor_(args.adaptor),
-      lineHeight_(args.rowHeight > 0 ? args.rowHeight : UifStd::getRowHeight()) {}
+      lineHeight_(args.rowHeight > 0 ? args.rowHeight : UifStd::getRowHeight()) {
+    auto* table = new QTableWidget(impl().widget);
+    impl().control = table;
+    table->horizontalHeader()->hide();
+    table->verticalHeader()->hide();
+    table->setFrameShape(QFrame::NoFrame);
+    table->setShowGrid(false);
+    table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table->setSelectionMode(QAbstractItemView::NoSelection);
+    table->setFocusPolicy(Qt::NoFocus);
+    table->setItemDelegate(new CanvasCellDelegate(*this, table));
+    // Presses, drags and releases go to the widget beneath, which hands them to the table's
+    // own gesture handling.
+    table->setAttribute(Qt::WA_TransparentForMouseEvents);
+    QPalette qp = table->palette();
+    qp.setColor(QPalette::Base, toolkit::toQColor(getPalette().window(-1)));
+    table->setPalette(qp);
+    table->hide();
+    impl().fitControl();
+}
+
+void TableWidget::syncControl() {
+    auto* table = static_cast<QTableWidget*>(impl().control);
+    const int rows = adaptor_ ? adaptor_->getNumRows() : 0;
+    const std::vector<int> widths = columnWidths();
+    const int cols = static_cast<int>(widths.size());
+    if (table->rowCount() != rows)
+        table->setRowCount(rows);
+    if (table->columnCount() != cols)
+        table->setColumnCount(cols);
+    for (int c = 0; c < cols; ++c)
+        if (table->columnWidth(c) != widths[static_cast<std::size_t>(c)])
+            table->setColumnWidth(c, widths[static_cast<std::size_t>(c)]);
+    for (int r = 0; r < rows; ++r) {
+        if (table->rowHeight(r) != lineHeight_)
+            table->setRowHeight(r, lineHeight_);
+        for (int c = 0; c < cols; ++c) {
+            QString text = toolkit::toQString(adaptor_->getFieldText(XY<int>(c, r)));
+            QTableWidgetItem* item = table->item(r, c);
+            if (!item)
+                table->setItem(r, c, new QTableWidgetItem(text));
+            else if (item->text() != text)
+                item->setText(text);
+        }
+    }
+    // With no rows the empty label on the canvas shows through.
+    table->setVisible(rows > 0);
+    table->viewport()->update();
+}
 
 void TableWidget::setLineHeight(int h) {
     lineHeight_ = std::max(1, h);
@@ -78,6 +155,7 @@ void TableWidget::drawBackground() {
         r.renderPrimitive(t);
         r.addModifiedArea(box);
     };
+    syncControl();
     if (rows == 0) {
         Zk::Box<int> top = all;
         top.y1 = all.y2 - lineHeight_;
@@ -133,7 +211,25 @@ bool TableWidget::handleMouseEvent(const Event& e) {
     bool used = cell.y >= 0 && adaptor_->handleMouseEvent(cell, e);
     if (mouse_up_event(e))
         dragRow_ = -1;
+    if (!used && mouse_right_event(e) && mouse_up_event(e))
+        used = showOwnerMenu(e);
     return used;
+}
+
+bool TableWidget::showOwnerMenu(const Event& e) {
+    // The table has no menu of its own: the nearest panel round it shows its menu, with the
+    // event moved into that panel's frame.
+    for (Glob* g = parent(); g; g = g->parent()) {
+        auto* owner = dynamic_cast<MenuGlob*>(g);
+        if (!owner)
+            continue;
+        XY<int> here = getPosition(), there = owner->getPosition();
+        XY<int> d(here.x - there.x, here.y - there.y);
+        Event moved(e.action(), e.button(), XY<int>(e.pos().x + d.x, e.pos().y + d.y),
+                    XY<int>(e.pressPos().x + d.x, e.pressPos().y + d.y), e.modifiers());
+        return owner->processRightMouseClicks(moved);
+    }
+    return false;
 }
 
 MouseCursorID TableWidget::contextCursor(const XY<int>& screenPos) {

@@ -64,9 +64,16 @@ def menu(x, y):
     return any(near_segment(x, y, 4, yy, 16, yy, 1.1) for yy in (6, 10, 14))
 
 
+def arrow_up(x, y):
+    shaft = near_segment(x, y, 10, 6, 10, 17, 1.2)
+    head = near_segment(x, y, 10, 3.5, 5, 9, 1.2) or near_segment(x, y, 10, 3.5, 15, 9, 1.2)
+    return shaft or head
+
+
 if __name__ == "__main__":
     png(os.path.join(HERE, "undo.png"), draw(arc_arrow(False)))
     png(os.path.join(HERE, "redo.png"), draw(arc_arrow(True)))
     png(os.path.join(HERE, "GallNav.png"), draw(gallery))
     png(os.path.join(HERE, "close.png"), draw(close))
     png(os.path.join(HERE, "menu.png"), draw(menu))
+    png(os.path.join(HERE, "arrow-up.png"), draw(arrow_up))

@@ -6,14 +6,13 @@
 
 TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : source_(source) {
     baseDepth_ = static_cast<int64_t>(iterator.depth()) + 1;
-    table_.assign(64, kEmpty);
+    table_.assign(64, Slot{IdStamp(), kEmpty});
     mask_ = table_.size() - 1;
+    // The path above the walk's start closes cycles too.
     for (int i = iterator.depth() - 1; i >= 0; --i) {
         const IdStamp id = iterator.getNodeId(i);
-        if (slotFor(id) == kEmpty) {
-            insert(id, kAbove | static_cast<uint32_t>(above_.size()));
-            above_.push_back(id);
-        }
+        if (slotFor(id).value == kEmpty)
+            insert(id, kAbove);
     }
     walk(iterator);
     sortIntoLevels();
@@ -27,13 +26,14 @@ uint64_t TidyLevels::hash(const IdStamp& id) {
     return h ^ (h >> 29);
 }
 
-uint32_t& TidyLevels::slotFor(const IdStamp& id) {
+TidyLevels::Slot& TidyLevels::slotFor(const IdStamp& id) {
+    return const_cast<Slot&>(static_cast<const TidyLevels*>(this)->slotFor(id));
+}
+
+const TidyLevels::Slot& TidyLevels::slotFor(const IdStamp& id) const {
     for (uint64_t i = hash(id) & mask_;; i = (i + 1) & mask_) {
-        uint32_t& slot = table_[i];
-        if (slot == kEmpty)
-            return slot;
-        const IdStamp& held = (slot & kAbove) ? above_[slot & ~kAbove] : ids_[slot];
-        if (held == id)
+        const Slot& slot = table_[i];
+        if (slot.value == kEmpty || slot.id == id)
             return slot;
     }
 }
@@ -41,22 +41,23 @@ uint32_t& TidyLevels::slotFor(const IdStamp& id) {
 void TidyLevels::insert(const IdStamp& id, uint32_t value) {
     if ((used_ + 1) * 2 > table_.size())
         grow();
-    slotFor(id) = value;
+    Slot& slot = slotFor(id);
+    slot.id = id;
+    slot.value = value;
     ++used_;
 }
 
 void TidyLevels::grow() {
-    std::vector<uint32_t> old;
+    std::vector<Slot> old(table_.size() * 2, Slot{IdStamp(), kEmpty});
     old.swap(table_);
-    table_.assign(old.size() * 2, kEmpty);
     mask_ = table_.size() - 1;
-    for (uint32_t v : old)
-        if (v != kEmpty)
-            slotFor((v & kAbove) ? above_[v & ~kAbove] : ids_[v]) = v;
+    for (const Slot& s : old)
+        if (s.value != kEmpty)
+            slotFor(s.id) = s;
 }
 
 uint32_t TidyLevels::indexOf(const IdStamp& id) const {
-    const uint32_t v = const_cast<TidyLevels*>(this)->slotFor(id);
+    const uint32_t v = slotFor(id).value;
     return (v == kEmpty || (v & kAbove)) ? kNone : v;
 }
 
@@ -71,13 +72,13 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
     const IdStamp id = iterator.getNodeId(-1);
     if (!id.valid())
         return kNone;
-    uint32_t index = slotFor(id);
+    uint32_t index = slotFor(id).value;
     if (index != kEmpty && ((index & kAbove) || onPath_[index] > 0))
         return kNone; // the path above already holds this node: a cycle is closed
 
     const int depth = iterator.depth();
     const uint64_t level = static_cast<uint64_t>(static_cast<int64_t>(depth) + 1 - baseDepth_);
-    Zk::Ptr<FXGraphNodeBase> here = iterator.getNode(-1);
+    const Zk::Ptr<FXGraphNodeBase> here = iterator.getNode(-1);
     if (index != kEmpty) {
         TidyNodeRec& rec = recs_[index];
         if (level > rec.level)
@@ -92,7 +93,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         index = static_cast<uint32_t>(recs_.size());
         TidyNodeRec& rec = recs_.emplace_back();
         rec.level = level;
-        rec.node = here;
+        rec.node = here.get();
         rec.posRec = source_ ? source_->getPosRecForNode(id) : nullptr;
         uint32_t parentRec = kNone;
         if (level != 0 && parent) {

@@ -48,7 +48,12 @@ private:
         unsigned inputs;
         unsigned next;
     };
-    // Table entries: a record index, a node above the walk's start, or nothing.
+    // A table entry: an id with its record index, or with kAbove for a node above the walk's
+    // start; kEmpty where there is none.
+    struct Slot {
+        IdStamp id;
+        uint32_t value;
+    };
     static constexpr uint32_t kEmpty = 0xFFFFFFFFu;
     static constexpr uint32_t kAbove = 0x80000000u;
 
@@ -59,7 +64,8 @@ private:
     void sortIntoLevels();
 
     static uint64_t hash(const IdStamp& id);
-    uint32_t& slotFor(const IdStamp& id);
+    Slot& slotFor(const IdStamp& id);
+    const Slot& slotFor(const IdStamp& id) const;
     void insert(const IdStamp& id, uint32_t value);
     void grow();
 
@@ -69,8 +75,7 @@ private:
     std::vector<IdStamp> ids_;
     std::vector<uint32_t> parents_;
     std::vector<int32_t> onPath_; // how often each record stands on the walk's path
-    std::vector<IdStamp> above_;  // the path above the walk's start, which closes cycles too
-    std::vector<uint32_t> table_; // open addressing, linear probing, at most half full
+    std::vector<Slot> table_;     // open addressing, linear probing, at most half full
     uint64_t mask_ = 0;
     size_t used_ = 0;
     std::vector<uint32_t> order_;

@@ -64,7 +64,7 @@ void TidyLevelsReference::addNode(EditGraphIterator& iterator) {
     const IdStamp id = iterator.getNodeId(-1);
     auto it = records.find(id);
     if (it != records.end()) {
-        TidyNodeRec& rec = it->second;
+        TidyLevelsReference::NodeRec& rec = it->second;
         if (level > rec.level)
             rec.level = level;
         // A node moved to a deeper parent keeps the input slot of its first parent.
@@ -74,7 +74,7 @@ void TidyLevelsReference::addNode(EditGraphIterator& iterator) {
         }
         return;
     }
-    TidyNodeRec rec;
+    TidyLevelsReference::NodeRec rec;
     rec.level = level;
     rec.node = iterator.getNode(-1);
     rec.posRec = source ? source->getPosRecForNode(id) : nullptr;
@@ -90,9 +90,9 @@ void TidyLevelsReference::addNode(EditGraphIterator& iterator) {
 void TidyLevelsReference::sortIntoLevels() {
     // One pass over the visit order into buckets; the levels end at the first empty one, exactly
     // as a level-by-level scan that stops when a level stays empty.
-    std::vector<std::list<TidyNodeRec>> buckets;
+    std::vector<std::list<TidyLevelsReference::NodeRec>> buckets;
     for (const IdStamp& id : firstVisitOrder) {
-        const TidyNodeRec& rec = records.at(id);
+        const TidyLevelsReference::NodeRec& rec = records.at(id);
         if (rec.level >= buckets.size()) {
             if (rec.level > records.size())
                 continue; // no level can be above the node count; such a level is never reached
@@ -114,14 +114,14 @@ void TidyLevelsReference::applyOffsets(const OffsetMap& offsets,
         cachedSize_ = offsets.size();
         offsetOf_.assign(levels.size(), {});
         for (size_t L = 0; L < levels.size(); ++L)
-            for (const TidyNodeRec& rec : levels[L]) {
+            for (const TidyLevelsReference::NodeRec& rec : levels[L]) {
                 auto it = offsets.find(rec.node->getId());
                 offsetOf_[L].push_back(it == offsets.end() ? nullptr : &it->second);
             }
     }
     for (size_t L = fromLevel; L < levels.size(); ++L) {
         size_t i = 0;
-        for (const TidyNodeRec& rec : levels[L]) {
+        for (const TidyLevelsReference::NodeRec& rec : levels[L]) {
             const TidyOffset* found = offsetOf_[L][i++];
             if (!found || !rec.posRec)
                 continue;

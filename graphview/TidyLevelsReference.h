@@ -7,15 +7,26 @@
 #include <unordered_map>
 #include <vector>
 
-#include "graphview/TidyNodeRec.h"
 #include "graphview/TidyOffset.h"
 #include "host/EditGraphIterator.h"
+#include "host/FXGraphNodeBase.h"
 #include "nodeui/Orientation.h"
 
 class NodeUIPosSource;
+class NodeUIPosRec;
 
 class TidyLevelsReference {
 public:
+    // What the walk knows of one node, holding the nodes it names.
+    struct NodeRec {
+        uint64_t level = 0;
+        int64_t reserved = -1;
+        Zk::Ptr<FXGraphNodeBase> node;
+        NodeUIPosRec* posRec = nullptr;
+        Zk::Ptr<FXGraphNodeBase> parent;
+        int64_t parentInput = 0;
+        uint64_t parentLevel = 0;
+    };
     using OffsetMap = std::map<IdStamp, TidyOffset, IdStampLess>;
 
     // Walks the tree under the iterator's node, then sorts the records into levels. The walk
@@ -29,10 +40,10 @@ public:
     void applyOffsets(const OffsetMap& offsets, VidRouting::Orientations::Orientation orientation,
                       size_t fromLevel = 0);
 
-    std::map<IdStamp, TidyNodeRec, IdStampLess> records;
+    std::map<IdStamp, NodeRec, IdStampLess> records;
     NodeUIPosSource* source = nullptr;
     int64_t baseDepth = 0;
-    std::vector<std::list<TidyNodeRec>> levels;
+    std::vector<std::list<NodeRec>> levels;
     std::list<IdStamp> firstVisitOrder;
 
 private:

@@ -161,12 +161,12 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
             const uint32_t p = tidy.parentIndex(i);
             o.parentRec = tidy.rec(p).posRec;
             uint64_t tracks;
-            if (rec.parent.get() == tidy.rec(p).node.get()) {
+            if (rec.parent == tidy.rec(p).node) {
                 if (tracksOf[p] == ~uint64_t{0})
-                    tracksOf[p] = distinctTracks(rec.parent.get());
+                    tracksOf[p] = distinctTracks(rec.parent);
                 tracks = tracksOf[p];
             } else {
-                tracks = distinctTracks(rec.parent.get());
+                tracks = distinctTracks(rec.parent);
             }
             o.offset.x = spacing.depth;
             o.offset.y = static_cast<double>(tracks - 1) * spacing.sibling * 0.5 -
@@ -200,10 +200,10 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
             }
             if (!(gap < need - 0.0001))
                 continue;
-            if (tidy.rec(a).parent.get() == tidy.rec(b).parent.get())
+            if (tidy.rec(a).parent == tidy.rec(b).parent)
                 break; // shifting parents cannot part two inputs of one parent
             const double half = spacing.sibling * 0.5;
-            const FXGraphNodeBase* parent = tidy.rec(a).parent.get();
+            const FXGraphNodeBase* parent = tidy.rec(a).parent;
             const IdStamp parentId = parent ? parent->getId() : IdStamp();
             const std::span<const uint32_t> above = tidy.level(L - 1);
             size_t r = 0;

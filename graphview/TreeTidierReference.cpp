@@ -56,7 +56,7 @@ bool TreeTidierReference::run(EditGraphIterator& iterator, double x, double y) {
     // and 64 bits wide on purpose: a parent without valid tracks throws its children far off.
     TidyLevelsReference::OffsetMap offsets;
     for (const auto& level : tidy.levels) {
-        for (const TidyNodeRec& rec : level) {
+        for (const TidyLevelsReference::NodeRec& rec : level) {
             TidyOffset o;
             if (!rec.parent) {
                 o.offset = XY<double>(x, y);

@@ -182,7 +182,7 @@ TEST(TreeTidier, SharedNodeHangsFromItsDeepestParentWithItsFirstSlot) {
     TidyLevels levels(it, &source);
     const TidyNodeRec& rx = *levels.find(x->getId());
     EXPECT_EQ(rx.level, 3u);
-    EXPECT_EQ(rx.parent.get(), q.get());
+    EXPECT_EQ(rx.parent, q.get());
     EXPECT_EQ(rx.parentLevel, 2u);
     EXPECT_EQ(rx.parentInput, 0) << "the slot of the first parent is kept";
 
@@ -205,7 +205,7 @@ TEST(TreeTidier, SharedNodeAtEqualDepthsHangsFromItsFirstParent) {
     EditPosSource source(g.edit, BottomToTop);
     EditGraphIterator it = FXEditor::getIteratorFor(g.edit, root->getId(), 1.0, 9);
     TidyLevels levels(it, &source);
-    EXPECT_EQ(levels.find(x->getId())->parent.get(), a.get());
+    EXPECT_EQ(levels.find(x->getId())->parent, a.get());
     EXPECT_EQ(levels.id(levels.parentIndex(levels.indexOf(x->getId()))), a->getId());
     Layout l(g, root, BottomToTop);
     EXPECT_AT(l, x, -0.09375, -0.375);

@@ -75,7 +75,9 @@ bool NodeUIManagerBase::setEdit(const EditPtr& edit) {
 }
 
 void NodeUIManagerBase::addNewRec(NodeUIRecBase* rec) {
+    const bool wasOurs = rec && rec->list() == &recs_;
     recs_.append(rec);
+    indexAppended(rec, wasOurs);
     rec->registerWithNode();
     sendRecAddedNotification(rec);
     if (editH_)
@@ -86,18 +88,75 @@ bool NodeUIManagerBase::deleteRec(NodeUIRecBase* rec) {
     if (!rec || rec->list() != &recs_)
         return false;
     sendRecDeleteNotification(rec);
-    recs_.remove(rec);
+    removeFromList(rec);
     delete rec;
     if (editH_)
         editH_->setDirty(true);
     return true;
 }
 
+size_t NodeUIManagerBase::IdHash::operator()(const IdStamp& id) const {
+    uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
+    h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
+    h ^= h >> 31;
+    h *= 0xBF58476D1CE4E5B9ull;
+    return static_cast<size_t>(h ^ (h >> 29));
+}
+
+bool NodeUIManagerBase::indexCurrent() const {
+    return !indexStale_ && indexedCount_ == recs_.size() && indexedIdChanges_ == NodeUIRecBase::idChanges_;
+}
+
+void NodeUIManagerBase::rebuildIndex() const {
+    index_.clear();
+    index_.reserve(recs_.size());
+    duplicateIds_ = false;
+    for (DLListRec* r = recs_.first(); r; r = r->next()) {
+        auto* rec = static_cast<NodeUIRecBase*>(r);
+        if (!index_.emplace(rec->nodeId_, rec).second)
+            duplicateIds_ = true;
+    }
+    indexedCount_ = recs_.size();
+    indexedIdChanges_ = NodeUIRecBase::idChanges_;
+    indexStale_ = false;
+}
+
+void NodeUIManagerBase::indexAppended(NodeUIRecBase* rec, bool wasOurs) {
+    if (!rec || indexStale_ || indexedIdChanges_ != NodeUIRecBase::idChanges_ ||
+        indexedCount_ + (wasOurs ? 0u : 1u) != recs_.size()) {
+        indexStale_ = true;
+        return;
+    }
+    if (wasOurs) {
+        // Moved to the end: an earlier record of its id may now come first.
+        indexStale_ = true;
+        return;
+    }
+    if (!index_.emplace(rec->nodeId_, rec).second)
+        duplicateIds_ = true;
+    indexedCount_ = recs_.size();
+}
+
+void NodeUIManagerBase::removeFromList(NodeUIRecBase* rec) {
+    const bool current = indexCurrent();
+    if (current) {
+        auto it = index_.find(rec->nodeId_);
+        if (it != index_.end() && it->second == rec) {
+            index_.erase(it);
+            // A later record of the same id comes first now; the list tells which.
+            if (duplicateIds_)
+                indexStale_ = true;
+        }
+    }
+    if (recs_.remove(rec) && current)
+        indexedCount_ = recs_.size();
+}
+
 NodeUIRecBase* NodeUIManagerBase::findRec(const IdStamp& id) const {
-    for (DLListRec* r = recs_.first(); r; r = r->next())
-        if (static_cast<NodeUIRecBase*>(r)->nodeId_ == id)
-            return static_cast<NodeUIRecBase*>(r);
-    return nullptr;
+    if (!indexCurrent())
+        rebuildIndex();
+    auto it = index_.find(id);
+    return it == index_.end() ? nullptr : it->second;
 }
 
 void NodeUIManagerBase::flushList() {
@@ -105,11 +164,18 @@ void NodeUIManagerBase::flushList() {
         recs_.remove(r);
         delete static_cast<NodeUIRecBase*>(r);
     }
+    index_.clear();
+    duplicateIds_ = false;
+    indexedCount_ = 0;
+    indexedIdChanges_ = NodeUIRecBase::idChanges_;
+    indexStale_ = false;
 }
 
 void NodeUIManagerBase::nodeIsBeingDestroyed(NodeUIRecBase* rec) {
-    if (recs_.remove(rec))
-        delete rec;
+    if (!rec || rec->list() != &recs_)
+        return;
+    removeFromList(rec);
+    delete rec;
 }
 
 void NodeUIManagerBase::removeDeadNodes() {
@@ -122,7 +188,7 @@ void NodeUIManagerBase::removeDeadNodes() {
         host.i_open(rec->hostEditCookie_, kOpenIfOpen);
         bool alive = host && host->tagBag().openObject(rec->nodeId_).instance();
         if (!alive) {
-            recs_.remove(rec);
+            removeFromList(rec);
             delete rec;
         }
     }
@@ -176,4 +242,5 @@ void NodeUIManagerBase::unpack(PStream& s) {
         s >> static_cast<Streamable&>(*rec);
         recs_.append(rec);
     }
+    indexStale_ = true;
 }

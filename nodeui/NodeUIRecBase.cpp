@@ -40,6 +40,7 @@ NodeUIRecBase::NodeUIRecBase(const NodeUIRecBase& other)
 
 NodeUIRecBase& NodeUIRecBase::operator=(const NodeUIRecBase& other) {
     nodeId_ = other.nodeId_;
+    ++idChanges_;
     hostEditCookie_ = other.hostEditCookie_;
     return *this;
 }
@@ -79,6 +80,7 @@ void NodeUIRecBase::unpack(PStream& s) {
     unsigned char stampVersion = 0;
     s.file->getUnsignedChar(stampVersion);
     nodeId_.unpack(s, stampVersion);
+    ++idChanges_;
     if (revisionMinor_ != 0) {
         String text;
         s >> text;

@@ -182,10 +182,18 @@ void NodeUIManagerBase::removeDeadNodes() {
     if (!editH_)
         return;
     DLListIterator it(recs_);
+    // Records of one host edit follow each other: the edit is looked up once per run of them.
+    EditPtr host;
+    Cookie hostCookie;
+    bool opened = false;
     while (DLListRec* r = it.next()) {
         auto* rec = static_cast<NodeUIRecBase*>(r);
-        EditPtr host;
-        host.i_open(rec->hostEditCookie_, kOpenIfOpen);
+        if (!opened || !(rec->hostEditCookie_ == hostCookie)) {
+            host = EditPtr();
+            host.i_open(rec->hostEditCookie_, kOpenIfOpen);
+            hostCookie = rec->hostEditCookie_;
+            opened = true;
+        }
         bool alive = host && host->tagBag().openObject(rec->nodeId_).instance();
         if (!alive) {
             removeFromList(rec);

@@ -95,14 +95,6 @@ bool NodeUIManagerBase::deleteRec(NodeUIRecBase* rec) {
     return true;
 }
 
-size_t NodeUIManagerBase::IdHash::operator()(const IdStamp& id) const {
-    uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
-    h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
-    h ^= h >> 31;
-    h *= 0xBF58476D1CE4E5B9ull;
-    return static_cast<size_t>(h ^ (h >> 29));
-}
-
 bool NodeUIManagerBase::indexCurrent() const {
     return !indexStale_ && indexedCount_ == recs_.size() && indexedIdChanges_ == NodeUIRecBase::idChanges_;
 }
@@ -113,7 +105,7 @@ void NodeUIManagerBase::rebuildIndex() const {
     duplicateIds_ = false;
     for (DLListRec* r = recs_.first(); r; r = r->next()) {
         auto* rec = static_cast<NodeUIRecBase*>(r);
-        if (!index_.emplace(rec->nodeId_, rec).second)
+        if (!index_.insert(rec->nodeId_, rec))
             duplicateIds_ = true;
     }
     indexedCount_ = recs_.size();
@@ -132,7 +124,7 @@ void NodeUIManagerBase::indexAppended(NodeUIRecBase* rec, bool wasOurs) {
         indexStale_ = true;
         return;
     }
-    if (!index_.emplace(rec->nodeId_, rec).second)
+    if (!index_.insert(rec->nodeId_, rec))
         duplicateIds_ = true;
     indexedCount_ = recs_.size();
 }
@@ -140,13 +132,9 @@ void NodeUIManagerBase::indexAppended(NodeUIRecBase* rec, bool wasOurs) {
 void NodeUIManagerBase::removeFromList(NodeUIRecBase* rec) {
     const bool current = indexCurrent();
     if (current) {
-        auto it = index_.find(rec->nodeId_);
-        if (it != index_.end() && it->second == rec) {
-            index_.erase(it);
-            // A later record of the same id comes first now; the list tells which.
-            if (duplicateIds_)
-                indexStale_ = true;
-        }
+        // A later record of the same id comes first now; the list tells which.
+        if (index_.erase(rec->nodeId_, rec) && duplicateIds_)
+            indexStale_ = true;
     }
     if (recs_.remove(rec) && current)
         indexedCount_ = recs_.size();
@@ -155,8 +143,7 @@ void NodeUIManagerBase::removeFromList(NodeUIRecBase* rec) {
 NodeUIRecBase* NodeUIManagerBase::findRec(const IdStamp& id) const {
     if (!indexCurrent())
         rebuildIndex();
-    auto it = index_.find(id);
-    return it == index_.end() ? nullptr : it->second;
+    return index_.find(id);
 }
 
 void NodeUIManagerBase::flushList() {
@@ -203,7 +190,8 @@ void NodeUIManagerBase::removeDeadNodes() {
 }
 
 void NodeUIManagerBase::send(NodeUIRecBase* rec, int type) {
-    if (disabled_ != 0)
+    // With nobody to tell, the record's address is not even formatted.
+    if (disabled_ != 0 || getNotify().numClients() == 0)
         return;
     getNotify().call(NotifyMsg(stringFormat("%p", static_cast<void*>(rec))), type);
 }

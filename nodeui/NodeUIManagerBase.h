@@ -3,13 +3,13 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_map>
 
 #include "host/DLList.h"
 #include "host/EditPtr.h"
 #include "host/IdStamp.h"
 #include "host/NotifyWithDisable.h"
 #include "host/Taggable.h"
+#include "nodeui/NodeUIRecIndex.h"
 
 class NodeUIRecBase;
 
@@ -72,9 +72,6 @@ private:
     // walk it. The index is rebuilt from the list when the list may have changed out of the
     // manager's sight: a record taken over by another list or deleted by someone else (the count
     // differs), or any record given another id (the records' count of id changes moved on).
-    struct IdHash {
-        size_t operator()(const IdStamp& id) const;
-    };
     bool indexCurrent() const;
     void rebuildIndex() const;
     void indexAppended(NodeUIRecBase* rec, bool wasOurs);
@@ -88,7 +85,7 @@ private:
 
     DLList recs_;
     EditPtr editH_;
-    mutable std::unordered_map<IdStamp, NodeUIRecBase*, IdHash> index_;
+    mutable NodeUIRecIndex index_;
     mutable unsigned indexedCount_ = 0;
     mutable uint64_t indexedIdChanges_ = 0;
     mutable bool indexStale_ = true;

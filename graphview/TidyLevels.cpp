@@ -69,7 +69,10 @@ const TidyNodeRec* TidyLevels::find(const IdStamp& id) const {
 uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXGraphNodeBase*& node) {
     if (!iterator.isValid())
         return kNone;
-    const IdStamp id = iterator.getNodeId(-1);
+    const Zk::Ptr<FXGraphNodeBase> here = iterator.getNode(-1);
+    if (!here)
+        return kNone;
+    const IdStamp id = here->getId();
     if (!id.valid())
         return kNone;
     uint32_t index = slotFor(id).value;
@@ -78,7 +81,6 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
 
     const int depth = iterator.depth();
     const uint64_t level = static_cast<uint64_t>(static_cast<int64_t>(depth) + 1 - baseDepth_);
-    const Zk::Ptr<FXGraphNodeBase> here = iterator.getNode(-1);
     if (index != kEmpty) {
         TidyNodeRec& rec = recs_[index];
         if (level > rec.level)
@@ -108,8 +110,6 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         insert(id, index);
     }
     node = here.get();
-    if (!node)
-        return kNone;
     ++onPath_[index];
     return index;
 }

@@ -1,11 +1,16 @@
 // The tree tidier: offsets by level, one repair pass per level, positions computed in plain
 // doubles and written to the records once at the end.
 //
-// Only the last position of each record is written. The records hear nothing of a tidy either
-// way (setPos without notification holds their updates back), and nothing in the system is a
-// client of a position record's own servers or manages them, so the positions a run used to pass
-// through on the way were never seen. Each position is still derived from its parent's by the same
-// arithmetic in the same order, so the values are the same to the bit.
+// Only the last position of each record is written. The records' own clients hear nothing of a
+// tidy either way: setPos without notification holds their updates back, and the view's nodes
+// listen to their records, not to the records' servers. Nothing else watches or manages a
+// position record's servers, so the positions a run used to pass through on the way were never
+// seen. Each position is derived from its parent's by the same arithmetic in the same order as
+// when every step went through the records, so the values are the same to the bit; where the
+// order of writes could show (a cycle hangs a node from a parent that is not above it, or a zero
+// of either sign meets the other, which a record given an equal value ignores), the whole tree is
+// placed again after each repair, as it always was. A parent's record is the one the source gave
+// at the parent's first visit: a source gives one record per node.
 #include "graphview/TreeTidier.h"
 
 #include <algorithm>

@@ -103,9 +103,18 @@ TEST(TreeTidierSideBySide, GeneratedTreesOfEverySize) {
         double shared;
         bool chain;
     };
+    // Under the sanitizers the first tidier takes minutes on the largest trees: those are
+    // compared in the plain build only.
+#if defined(__SANITIZE_ADDRESS__)
+    const uint32_t largest = 10000;
+#else
+    const uint32_t largest = 100000;
+#endif
     for (const Case& c :
          {Case{1000, 0.0, false}, Case{1000, 0.2, false}, Case{10000, 0.0, false}, Case{10000, 0.2, false},
           Case{100000, 0.0, false}, Case{100000, 0.2, false}, Case{10000, 0.0, true}}) {
+        if (c.nodes > largest)
+            continue;
         TidyCase run;
         run.edit = generated(c.nodes, c.shared, c.chain);
         run.root = IdStamp(1, 0, 1);
@@ -144,9 +153,9 @@ TEST(TreeTidierSideBySide, RandomGraphsWithCyclesAndStartingPositions) {
     // walk closes cycles, nodes hang from parents at their own level or in no level, and slots
     // collide. Tracks are repeated or missing. Records may start anywhere, zeros of both signs
     // and NaN among the places.
-    std::mt19937 rng(2024);
+    std::mt19937 rng(2025);
     const double places[] = {0.0, -0.0, 0.09375, -0.1875, std::numeric_limits<double>::quiet_NaN(), 5.5};
-    for (int round = 0; round < 1500; ++round) {
+    for (int round = 0; round < 8000; ++round) {
         GraphBuilder g;
         const int chan = g.channel(L"V1");
         const uint32_t n = 3 + rng() % 12;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <vector>
 
 #include "host/PStream.h"
 #include "host/StreamFile.h"
@@ -45,6 +46,7 @@ TEST(NodeUIManagerIndex, FindsWhatAWalkFindsThroughEveryChange) {
     std::mt19937 rng(11);
     Zk::Ptr<NodeUIPosManager> managers[2] = {Zk::Ptr<NodeUIPosManager>(new NodeUIPosManager(edit)),
                                              Zk::Ptr<NodeUIPosManager>(new NodeUIPosManager(edit))};
+    std::vector<Zk::Ptr<NodeUIPosManager>> retired;
     for (int step = 0; step < 3000; ++step) {
         NodeUIPosManager& m = *managers[rng() % 2];
         const unsigned op = rng() % 20;
@@ -65,6 +67,9 @@ TEST(NodeUIManagerIndex, FindsWhatAWalkFindsThroughEveryChange) {
             Zk::Ptr<NodeUIPosManager>& slot = managers[&m == managers[0].get() ? 0 : 1];
             Zk::Ptr<NodeUIPosManager> back = reread(m);
             ASSERT_TRUE(back);
+            // A record taken over by another manager still names the manager that made it, which
+            // must therefore outlive it.
+            retired.push_back(slot);
             slot = back;
         } else {
             m.findRec(node(1 + rng() % 12));

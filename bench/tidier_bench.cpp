@@ -5,6 +5,7 @@
 //   x_dot     how many times faster than dot on the same tree (where dot ran)
 //   x_first   how many times faster than the first tidier on the same tree
 //   x_plain   for shared-node graphs, their time over that of a plain tree of the same size
+// BM_HostWalk is the part of it all that is the host's: the iterator and the source alone.
 #include <benchmark/benchmark.h>
 
 #include <chrono>
@@ -13,6 +14,7 @@
 #include <fstream>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "graphview/TreeTidier.h"
 #include "graphview/TreeTidierReference.h"
@@ -108,6 +110,41 @@ void BM_FirstTidier_DeepChain(benchmark::State& state) {
     runTidier<TreeTidierReference>(state, Shape::Chain, firstSeconds());
 }
 
+// The floor under any tidier on this host: the iterator's descent of the same tree, once per
+// path, with the source asked for each node's record, and nothing else.
+void BM_HostWalk_Plain(benchmark::State& state) {
+    const uint32_t n = static_cast<uint32_t>(state.range(0));
+    EditPtr e = edit(n, Shape::Plain);
+    EditPosSource source(e, VidRouting::Orientations::LeftToRight);
+    auto once = [&] {
+        EditGraphIterator it = FXEditor::getIteratorFor(e, IdStamp(1, 0, 1), 1.0, 9);
+        size_t visits = 0;
+        std::vector<std::pair<unsigned, unsigned>> stack{{it.getNode(-1)->getNumInputs(), 0}};
+        benchmark::DoNotOptimize(source.getPosRecForNode(it.getNodeId(-1)));
+        while (!stack.empty()) {
+            auto& [inputs, next] = stack.back();
+            if (next >= inputs) {
+                stack.pop_back();
+                if (!stack.empty())
+                    it.moveBack();
+                continue;
+            }
+            if (!it.moveToInput(next++))
+                continue;
+            const Zk::Ptr<FXGraphNodeBase> node = it.getNode(-1);
+            benchmark::DoNotOptimize(source.getPosRecForNode(node->getId()));
+            stack.emplace_back(node->getNumInputs(), 0);
+            ++visits;
+        }
+        return visits;
+    };
+    once();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(once());
+    using C = benchmark::Counter;
+    state.counters["s/node"] = C(static_cast<double>(n), C::kIsIterationInvariantRate | C::kInvert);
+}
+
 // The peer: dot reads the same tree and writes its layout as plain text.
 void BM_Peer_GraphvizDot(benchmark::State& state) {
     if (std::system("command -v dot > /dev/null 2>&1") != 0) {
@@ -145,6 +182,12 @@ BENCHMARK(BM_FirstTidier_Plain)->Arg(100000)->Unit(benchmark::kMillisecond)->Use
 BENCHMARK(BM_FirstTidier_SharedNodes)->Arg(10000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_FirstTidier_DeepChain)->Arg(10000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
+BENCHMARK(BM_HostWalk_Plain)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(BM_TreeTidier_Plain)
     ->Arg(1000)
     ->Arg(10000)

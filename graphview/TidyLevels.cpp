@@ -6,7 +6,12 @@
 
 TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : source_(source) {
     baseDepth_ = static_cast<int64_t>(iterator.depth()) + 1;
-    table_.assign(64, Slot{IdStamp(), kEmpty});
+    // Room for a few hundred nodes from the start, so that common trees never grow the table.
+    table_.assign(1024, Slot{IdStamp(), kEmpty});
+    recs_.reserve(256);
+    ids_.reserve(256);
+    parents_.reserve(256);
+    onPath_.reserve(256);
     mask_ = table_.size() - 1;
     // The path above the walk's start closes cycles too.
     for (int i = iterator.depth() - 1; i >= 0; --i) {

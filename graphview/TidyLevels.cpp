@@ -4,142 +4,171 @@
 #include "nodeui/NodeUIPosRec.h"
 #include "nodeui/NodeUIPosSource.h"
 
-TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* src) : source(src) {
-    baseDepth = static_cast<int64_t>(iterator.depth()) + 1;
+TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : source_(source) {
+    baseDepth_ = static_cast<int64_t>(iterator.depth()) + 1;
+    // Room for a few hundred nodes from the start, so that common trees never grow the table.
+    table_.assign(1024, Slot{IdStamp(), kEmpty});
+    recs_.reserve(256);
+    ids_.reserve(256);
+    parents_.reserve(256);
+    onPath_.reserve(256);
+    mask_ = table_.size() - 1;
+    // The path above the walk's start closes cycles too.
+    for (int i = iterator.depth() - 1; i >= 0; --i) {
+        const IdStamp id = iterator.getNodeId(i);
+        if (slotFor(id).value == kEmpty)
+            insert(id, kAbove);
+    }
     walk(iterator);
     sortIntoLevels();
 }
 
-bool TidyLevels::enter(EditGraphIterator& iterator) {
+uint64_t TidyLevels::hash(const IdStamp& id) {
+    uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
+    h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
+    h ^= h >> 31;
+    h *= 0xBF58476D1CE4E5B9ull;
+    return h ^ (h >> 29);
+}
+
+TidyLevels::Slot& TidyLevels::slotFor(const IdStamp& id) {
+    return const_cast<Slot&>(static_cast<const TidyLevels*>(this)->slotFor(id));
+}
+
+const TidyLevels::Slot& TidyLevels::slotFor(const IdStamp& id) const {
+    for (uint64_t i = hash(id) & mask_;; i = (i + 1) & mask_) {
+        const Slot& slot = table_[i];
+        if (slot.value == kEmpty || slot.id == id)
+            return slot;
+    }
+}
+
+void TidyLevels::insert(const IdStamp& id, uint32_t value) {
+    if ((used_ + 1) * 2 > table_.size())
+        grow();
+    Slot& slot = slotFor(id);
+    slot.id = id;
+    slot.value = value;
+    ++used_;
+}
+
+void TidyLevels::grow() {
+    std::vector<Slot> old(table_.size() * 2, Slot{IdStamp(), kEmpty});
+    old.swap(table_);
+    mask_ = table_.size() - 1;
+    for (const Slot& s : old)
+        if (s.value != kEmpty)
+            slotFor(s.id) = s;
+}
+
+uint32_t TidyLevels::indexOf(const IdStamp& id) const {
+    const uint32_t v = slotFor(id).value;
+    return (v == kEmpty || (v & kAbove)) ? kNone : v;
+}
+
+const TidyNodeRec* TidyLevels::find(const IdStamp& id) const {
+    const uint32_t i = indexOf(id);
+    return i == kNone ? nullptr : &recs_[i];
+}
+
+uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXGraphNodeBase*& node) {
     if (!iterator.isValid())
-        return false;
-    IdStamp id = iterator.getNodeId(-1);
+        return kNone;
+    const Zk::Ptr<FXGraphNodeBase> here = iterator.getNode(-1);
+    if (!here)
+        return kNone;
+    const IdStamp id = here->getId();
     if (!id.valid())
-        return false;
-    auto it = onPath_.find(id);
-    if (it != onPath_.end() && it->second > 0)
-        return false; // the path above already holds this node: a cycle is closed
-    addNode(iterator);
-    if (!iterator.getNode(-1))
-        return false;
-    ++onPath_[id];
-    return true;
+        return kNone;
+    uint32_t index = slotFor(id).value;
+    if (index != kEmpty && ((index & kAbove) || onPath_[index] > 0))
+        return kNone; // the path above already holds this node: a cycle is closed
+
+    const int depth = iterator.depth();
+    const uint64_t level = static_cast<uint64_t>(static_cast<int64_t>(depth) + 1 - baseDepth_);
+    if (index != kEmpty) {
+        TidyNodeRec& rec = recs_[index];
+        if (level > rec.level)
+            rec.level = level;
+        // A node moved to a deeper parent keeps the input slot of its first parent.
+        if (rec.parentLevel < level - 1 && parent) {
+            rec.parent = parent->node;
+            rec.parentLevel = level - 1;
+            parents_[index] = parent->rec;
+        }
+    } else {
+        index = static_cast<uint32_t>(recs_.size());
+        TidyNodeRec& rec = recs_.emplace_back();
+        rec.level = level;
+        rec.node = here.get();
+        rec.posRec = source_ ? source_->getPosRecForNode(id) : nullptr;
+        uint32_t parentRec = kNone;
+        if (level != 0 && parent) {
+            rec.parentInput = iterator.getParentInputNum();
+            rec.parent = parent->node;
+            rec.parentLevel = level - 1;
+            parentRec = parent->rec;
+        }
+        ids_.push_back(id);
+        parents_.push_back(parentRec);
+        onPath_.push_back(0);
+        insert(id, index);
+    }
+    node = here.get();
+    ++onPath_[index];
+    return index;
 }
 
 void TidyLevels::walk(EditGraphIterator& iterator) {
-    // Depth first over inputs in rising order, on an explicit stack: each frame is a node whose
-    // input count was read once on entry.
-    struct Frame {
-        unsigned inputs;
-        unsigned next;
-    };
-    // The path above the starting node counts too.
-    for (int i = iterator.depth() - 1; i >= 0; --i)
-        ++onPath_[iterator.getNodeId(i)];
-    if (!enter(iterator))
+    // Depth first over inputs in rising order; each frame is a node whose input count was read
+    // once on entry.
+    std::vector<Frame> stack;
+    FXGraphNodeBase* node = nullptr;
+    const uint32_t root = enter(iterator, nullptr, node);
+    if (root == kNone)
         return;
-    std::vector<Frame> stack{{iterator.getNode(-1)->getNumInputs(), 0}};
+    stack.push_back({node, root, node->getNumInputs(), 0});
     while (!stack.empty()) {
         Frame& f = stack.back();
         if (f.next >= f.inputs) {
-            --onPath_[iterator.getNodeId(-1)];
+            --onPath_[f.rec];
             stack.pop_back();
             if (!stack.empty())
                 iterator.moveBack();
             continue;
         }
-        unsigned input = f.next++;
+        const unsigned input = f.next++;
         if (!iterator.moveToInput(input))
             continue;
-        if (enter(iterator))
-            stack.push_back({iterator.getNode(-1)->getNumInputs(), 0});
+        const uint32_t child = enter(iterator, &f, node);
+        if (child != kNone)
+            stack.push_back({node, child, node->getNumInputs(), 0});
         else
             iterator.moveBack();
     }
 }
 
-void TidyLevels::addNode(EditGraphIterator& iterator) {
-    const int depth = iterator.depth();
-    const uint64_t level = static_cast<uint64_t>(static_cast<int64_t>(depth) + 1 - baseDepth);
-    const IdStamp id = iterator.getNodeId(-1);
-    auto it = records.find(id);
-    if (it != records.end()) {
-        TidyNodeRec& rec = it->second;
-        if (level > rec.level)
-            rec.level = level;
-        // A node moved to a deeper parent keeps the input slot of its first parent.
-        if (rec.parentLevel < level - 1) {
-            rec.parent = iterator.getNode(depth - 1);
-            rec.parentLevel = level - 1;
-        }
-        return;
-    }
-    TidyNodeRec rec;
-    rec.level = level;
-    rec.node = iterator.getNode(-1);
-    rec.posRec = source ? source->getPosRecForNode(id) : nullptr;
-    if (level != 0) {
-        rec.parentInput = iterator.getParentInputNum();
-        rec.parent = iterator.getNode(depth - 1);
-        rec.parentLevel = level - 1;
-    }
-    records.emplace(id, std::move(rec));
-    firstVisitOrder.push_back(id);
-}
-
 void TidyLevels::sortIntoLevels() {
-    // One pass over the visit order into buckets; the levels end at the first empty one, exactly
+    // A counting sort of the visit order by level; the levels end at the first empty one, exactly
     // as a level-by-level scan that stops when a level stays empty.
-    std::vector<std::list<TidyNodeRec>> buckets;
-    for (const IdStamp& id : firstVisitOrder) {
-        const TidyNodeRec& rec = records.at(id);
-        if (rec.level >= buckets.size()) {
-            if (rec.level > records.size())
-                continue; // no level can be above the node count; such a level is never reached
-            buckets.resize(rec.level + 1);
-        }
-        buckets[rec.level].push_back(rec);
+    const size_t n = recs_.size();
+    std::vector<uint32_t> count;
+    for (const TidyNodeRec& rec : recs_) {
+        if (rec.level > n)
+            continue; // no level can be above the node count; such a level is never reached
+        if (rec.level >= count.size())
+            count.resize(rec.level + 1, 0);
+        ++count[rec.level];
     }
-    for (auto& b : buckets) {
-        if (b.empty())
-            break;
-        levels.push_back(std::move(b));
-    }
-}
-
-void TidyLevels::applyOffsets(const OffsetMap& offsets, VidRouting::Orientations::Orientation orientation,
-                              size_t fromLevel) {
-    if (cachedMap_ != &offsets || cachedSize_ != offsets.size()) {
-        cachedMap_ = &offsets;
-        cachedSize_ = offsets.size();
-        offsetOf_.assign(levels.size(), {});
-        for (size_t L = 0; L < levels.size(); ++L)
-            for (const TidyNodeRec& rec : levels[L]) {
-                auto it = offsets.find(rec.node->getId());
-                offsetOf_[L].push_back(it == offsets.end() ? nullptr : &it->second);
-            }
-    }
-    for (size_t L = fromLevel; L < levels.size(); ++L) {
-        size_t i = 0;
-        for (const TidyNodeRec& rec : levels[L]) {
-            const TidyOffset* found = offsetOf_[L][i++];
-            if (!found || !rec.posRec)
-                continue;
-            const TidyOffset& o = *found;
-            double x = o.offset.x;
-            double y = o.offset.y;
-            if (o.parentRec) {
-                const double px = o.parentRec->x();
-                const double py = o.parentRec->y();
-                if (orientation == VidRouting::Orientations::LeftToRight) {
-                    x = px - o.offset.x;
-                    y = py + o.offset.y;
-                } else {
-                    x = px - o.offset.y;
-                    y = py - o.offset.x;
-                }
-            }
-            rec.posRec->setPos(x, y, false);
-        }
-    }
+    size_t levels = 0;
+    while (levels < count.size() && count[levels] != 0)
+        ++levels;
+    levelStart_.assign(levels + 1, 0);
+    for (size_t L = 0; L < levels; ++L)
+        levelStart_[L + 1] = levelStart_[L] + count[L];
+    order_.resize(levelStart_[levels]);
+    std::vector<uint32_t> fill(levelStart_.begin(), levelStart_.end() - 1);
+    for (uint32_t i = 0; i < n; ++i)
+        if (recs_[i].level < levels)
+            order_[fill[recs_[i].level]++] = i;
 }

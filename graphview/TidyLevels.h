@@ -1,60 +1,83 @@
 // TidyLevels: one walk of a tree from its root, with every reached node recorded once and sorted
-// into levels by the longest path at which it was reached.
+// into levels by the longest path at which it was reached. Records stand in a flat table in order
+// of first visit and are found through a hash of their ids; a level is a run of record indices.
 #pragma once
 
-#include <list>
-#include <map>
-#include <unordered_map>
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "graphview/TidyNodeRec.h"
-#include "graphview/TidyOffset.h"
 #include "host/EditGraphIterator.h"
-#include "nodeui/Orientation.h"
 
 class NodeUIPosSource;
 
 class TidyLevels {
 public:
-    using OffsetMap = std::map<IdStamp, TidyOffset, IdStampLess>;
+    static constexpr uint32_t kNone = 0xFFFFFFFFu;
 
     // Walks the tree under the iterator's node, then sorts the records into levels. The walk
     // keeps its own stack, so a tree of any depth is safe; a node reached by several paths is
-    // descended once per path, which is how its level comes to be its longest path.
+    // descended once per path, which is how its level comes to be its longest path. The iterator
+    // is back on its node afterwards.
     TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source);
 
-    // Writes every record's position from the offsets, level by level, so that a parent is
-    // final before its children. Levels above `fromLevel` are taken as already in place: the
-    // repair pass changes only one level's offsets and re-applies from there.
-    void applyOffsets(const OffsetMap& offsets, VidRouting::Orientations::Orientation orientation,
-                      size_t fromLevel = 0);
+    // Records are numbered in order of first visit; the root is 0.
+    size_t size() const { return recs_.size(); }
+    const TidyNodeRec& rec(uint32_t index) const { return recs_[index]; }
+    const IdStamp& id(uint32_t index) const { return ids_[index]; }
+    // The record of the parent the node hangs from; kNone for the root.
+    uint32_t parentIndex(uint32_t index) const { return parents_[index]; }
+    uint32_t indexOf(const IdStamp& id) const;
+    const TidyNodeRec* find(const IdStamp& id) const;
 
-    std::map<IdStamp, TidyNodeRec, IdStampLess> records;
-    NodeUIPosSource* source = nullptr;
-    int64_t baseDepth = 0;
-    std::vector<std::list<TidyNodeRec>> levels;
-    std::list<IdStamp> firstVisitOrder;
+    // The levels end at the first level without a record; a record above that stands in none.
+    size_t numLevels() const { return levelStart_.empty() ? 0 : levelStart_.size() - 1; }
+    // The records of level L in order of first visit.
+    std::span<const uint32_t> level(size_t L) const {
+        return {order_.data() + levelStart_[L], order_.data() + levelStart_[L + 1]};
+    }
+    bool inLevels(uint32_t index) const { return recs_[index].level < numLevels(); }
+
+    int64_t baseDepth() const { return baseDepth_; }
 
 private:
-    struct IdHash {
-        size_t operator()(const IdStamp& id) const {
-            return (static_cast<size_t>(id.a()) * 0x9E3779B97F4A7C15ull) ^
-                   (static_cast<size_t>(id.b()) << 32) ^ id.c();
-        }
+    struct Frame {
+        FXGraphNodeBase* node; // held by the iterator's path while the frame stands
+        uint32_t rec;
+        unsigned inputs;
+        unsigned next;
     };
+    // A table entry: an id with its record index, or with kAbove for a node above the walk's
+    // start; kEmpty where there is none.
+    struct Slot {
+        IdStamp id;
+        uint32_t value;
+    };
+    static constexpr uint32_t kEmpty = 0xFFFFFFFFu;
+    static constexpr uint32_t kAbove = 0x80000000u;
 
     void walk(EditGraphIterator& iterator);
-    // Returns false where the walk of this node ends before its inputs: no node, a closed cycle.
-    bool enter(EditGraphIterator& iterator);
-    void addNode(EditGraphIterator& iterator);
+    // The record of the iterator's node, made or deepened; kNone where the walk of this node
+    // ends before its inputs: no node, or a closed cycle.
+    uint32_t enter(EditGraphIterator& iterator, const Frame* parent, FXGraphNodeBase*& node);
     void sortIntoLevels();
 
-    // How often each id stands on the walk's path, so that closing a cycle is found without
-    // scanning the path.
-    std::unordered_map<IdStamp, int, IdHash> onPath_;
-    // Each level record's entry in the offset map last applied; the entries of a std::map stay
-    // where they are, so the repair pass finds them again without a lookup.
-    const OffsetMap* cachedMap_ = nullptr;
-    size_t cachedSize_ = 0;
-    std::vector<std::vector<const TidyOffset*>> offsetOf_;
+    static uint64_t hash(const IdStamp& id);
+    Slot& slotFor(const IdStamp& id);
+    const Slot& slotFor(const IdStamp& id) const;
+    void insert(const IdStamp& id, uint32_t value);
+    void grow();
+
+    NodeUIPosSource* source_ = nullptr;
+    int64_t baseDepth_ = 0;
+    std::vector<TidyNodeRec> recs_;
+    std::vector<IdStamp> ids_;
+    std::vector<uint32_t> parents_;
+    std::vector<int32_t> onPath_; // how often each record stands on the walk's path
+    std::vector<Slot> table_;     // open addressing, linear probing, at most half full
+    uint64_t mask_ = 0;
+    size_t used_ = 0;
+    std::vector<uint32_t> order_;
+    std::vector<uint32_t> levelStart_;
 };

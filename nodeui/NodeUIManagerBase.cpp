@@ -75,7 +75,9 @@ bool NodeUIManagerBase::setEdit(const EditPtr& edit) {
 }
 
 void NodeUIManagerBase::addNewRec(NodeUIRecBase* rec) {
+    const bool wasOurs = rec && rec->list() == &recs_;
     recs_.append(rec);
+    indexAppended(rec, wasOurs);
     rec->registerWithNode();
     sendRecAddedNotification(rec);
     if (editH_)
@@ -86,18 +88,62 @@ bool NodeUIManagerBase::deleteRec(NodeUIRecBase* rec) {
     if (!rec || rec->list() != &recs_)
         return false;
     sendRecDeleteNotification(rec);
-    recs_.remove(rec);
+    removeFromList(rec);
     delete rec;
     if (editH_)
         editH_->setDirty(true);
     return true;
 }
 
+bool NodeUIManagerBase::indexCurrent() const {
+    return !indexStale_ && indexedCount_ == recs_.size() && indexedIdChanges_ == NodeUIRecBase::idChanges_;
+}
+
+void NodeUIManagerBase::rebuildIndex() const {
+    index_.clear();
+    index_.reserve(recs_.size());
+    duplicateIds_ = false;
+    for (DLListRec* r = recs_.first(); r; r = r->next()) {
+        auto* rec = static_cast<NodeUIRecBase*>(r);
+        if (!index_.insert(rec->nodeId_, rec))
+            duplicateIds_ = true;
+    }
+    indexedCount_ = recs_.size();
+    indexedIdChanges_ = NodeUIRecBase::idChanges_;
+    indexStale_ = false;
+}
+
+void NodeUIManagerBase::indexAppended(NodeUIRecBase* rec, bool wasOurs) {
+    if (!rec || indexStale_ || indexedIdChanges_ != NodeUIRecBase::idChanges_ ||
+        indexedCount_ + (wasOurs ? 0u : 1u) != recs_.size()) {
+        indexStale_ = true;
+        return;
+    }
+    if (wasOurs) {
+        // Moved to the end: an earlier record of its id may now come first.
+        indexStale_ = true;
+        return;
+    }
+    if (!index_.insert(rec->nodeId_, rec))
+        duplicateIds_ = true;
+    indexedCount_ = recs_.size();
+}
+
+void NodeUIManagerBase::removeFromList(NodeUIRecBase* rec) {
+    const bool current = indexCurrent();
+    if (current) {
+        // A later record of the same id comes first now; the list tells which.
+        if (index_.erase(rec->nodeId_, rec) && duplicateIds_)
+            indexStale_ = true;
+    }
+    if (recs_.remove(rec) && current)
+        indexedCount_ = recs_.size();
+}
+
 NodeUIRecBase* NodeUIManagerBase::findRec(const IdStamp& id) const {
-    for (DLListRec* r = recs_.first(); r; r = r->next())
-        if (static_cast<NodeUIRecBase*>(r)->nodeId_ == id)
-            return static_cast<NodeUIRecBase*>(r);
-    return nullptr;
+    if (!indexCurrent())
+        rebuildIndex();
+    return index_.find(id);
 }
 
 void NodeUIManagerBase::flushList() {
@@ -105,31 +151,47 @@ void NodeUIManagerBase::flushList() {
         recs_.remove(r);
         delete static_cast<NodeUIRecBase*>(r);
     }
+    index_.clear();
+    duplicateIds_ = false;
+    indexedCount_ = 0;
+    indexedIdChanges_ = NodeUIRecBase::idChanges_;
+    indexStale_ = false;
 }
 
 void NodeUIManagerBase::nodeIsBeingDestroyed(NodeUIRecBase* rec) {
-    if (recs_.remove(rec))
-        delete rec;
+    if (!rec || rec->list() != &recs_)
+        return;
+    removeFromList(rec);
+    delete rec;
 }
 
 void NodeUIManagerBase::removeDeadNodes() {
     if (!editH_)
         return;
     DLListIterator it(recs_);
+    // Records of one host edit follow each other: the edit is looked up once per run of them.
+    EditPtr host;
+    Cookie hostCookie;
+    bool opened = false;
     while (DLListRec* r = it.next()) {
         auto* rec = static_cast<NodeUIRecBase*>(r);
-        EditPtr host;
-        host.i_open(rec->hostEditCookie_, kOpenIfOpen);
+        if (!opened || !(rec->hostEditCookie_ == hostCookie)) {
+            host = EditPtr();
+            host.i_open(rec->hostEditCookie_, kOpenIfOpen);
+            hostCookie = rec->hostEditCookie_;
+            opened = true;
+        }
         bool alive = host && host->tagBag().openObject(rec->nodeId_).instance();
         if (!alive) {
-            recs_.remove(rec);
+            removeFromList(rec);
             delete rec;
         }
     }
 }
 
 void NodeUIManagerBase::send(NodeUIRecBase* rec, int type) {
-    if (disabled_ != 0)
+    // With nobody to tell, the record's address is not even formatted.
+    if (disabled_ != 0 || getNotify().numClients() == 0)
         return;
     getNotify().call(NotifyMsg(stringFormat("%p", static_cast<void*>(rec))), type);
 }
@@ -176,4 +238,5 @@ void NodeUIManagerBase::unpack(PStream& s) {
         s >> static_cast<Streamable&>(*rec);
         recs_.append(rec);
     }
+    indexStale_ = true;
 }

@@ -2,11 +2,14 @@
 // layer "N" and announcing records as they come and go.
 #pragma once
 
+#include <cstdint>
+
 #include "host/DLList.h"
 #include "host/EditPtr.h"
 #include "host/IdStamp.h"
 #include "host/NotifyWithDisable.h"
 #include "host/Taggable.h"
+#include "nodeui/NodeUIRecIndex.h"
 
 class NodeUIRecBase;
 
@@ -43,6 +46,7 @@ protected:
     void addNewRec(NodeUIRecBase* rec);
     // False, changing nothing, when `rec` is not on the list.
     bool deleteRec(NodeUIRecBase* rec);
+    // The first record of the id in list order, or null.
     NodeUIRecBase* findRec(const IdStamp& id) const;
     // Deletes every record, with no message.
     void flushList();
@@ -62,6 +66,15 @@ private:
     void pack(PStream& s) const;
     void unpack(PStream& s);
     void send(NodeUIRecBase* rec, int type);
+    void removeFromList(NodeUIRecBase* rec);
+
+    // The first record of each id in list order, kept beside the list so that findRec need not
+    // walk it. The index is rebuilt from the list when the list may have changed out of the
+    // manager's sight: a record taken over by another list or deleted by someone else (the count
+    // differs), or any record given another id (the records' count of id changes moved on).
+    bool indexCurrent() const;
+    void rebuildIndex() const;
+    void indexAppended(NodeUIRecBase* rec, bool wasOurs);
 
     static int getRecAddedMsgType() { return recAddedMsgType_; }
     static int getRecDeletedMsgType() { return recDeletedMsgType_; }
@@ -72,4 +85,9 @@ private:
 
     DLList recs_;
     EditPtr editH_;
+    mutable NodeUIRecIndex index_;
+    mutable unsigned indexedCount_ = 0;
+    mutable uint64_t indexedIdChanges_ = 0;
+    mutable bool indexStale_ = true;
+    mutable bool duplicateIds_ = false;
 };

@@ -69,7 +69,10 @@ NodeUIPosRec* NodeUIPosManager::getRec(const IdStamp& id, const Cookie& hostEdit
         return rec;
     auto* rec = new NodeUIPosRec(this, id, hostEdit);
     rec->setAnchor(x, y);
-    if (x != 0.0 || y != 0.0) {
+    if ((x != 0.0 || y != 0.0) && rec->serversUnwatched()) {
+        rec->x_.storeSilently(x);
+        rec->y_.storeSilently(y);
+    } else if (x != 0.0 || y != 0.0) {
         ++rec->disabled_;
         rec->x_ = x;
         rec->y_ = y;

@@ -50,14 +50,26 @@ NodeUIPosRec& NodeUIPosRec::operator=(const NodeUIPosRec& other) {
     return *this;
 }
 
+bool NodeUIPosRec::serversUnwatched() const {
+    auto* self = const_cast<NodeUIPosRec*>(this);
+    return x_.numClients() == 1 && y_.numClients() == 1 && !x_.manager() && !y_.manager() &&
+           isRegisteredWith(&self->x_) && isRegisteredWith(&self->y_);
+}
+
 void NodeUIPosRec::setPos(double x, double y, bool notify) {
     if (x == x_.getVal() && y == y_.getVal())
         return;
-    ++disabled_;
-    x_ = x;
-    y_ = y;
-    if (disabled_ > 0)
-        --disabled_;
+    if (serversUnwatched()) {
+        // Only the record hears its servers, and it is silent while it moves them itself.
+        x_.storeSilently(x);
+        y_.storeSilently(y);
+    } else {
+        ++disabled_;
+        x_ = x;
+        y_ = y;
+        if (disabled_ > 0)
+            --disabled_;
+    }
     if (notify)
         sendUpdateNotification();
 }
@@ -86,8 +98,14 @@ void NodeUIPosRec::unpack(PStream& s) {
     double x = 0.0, y = 0.0;
     f.getDouble(x);
     f.getDouble(y);
-    x_ = x;
-    y_ = y;
+    if (serversUnwatched() && (disabled_ != 0 || getNotify().numClients() == 0)) {
+        // Nobody would hear the two updates: a record being read has no clients yet.
+        x_.storeSilently(x);
+        y_.storeSilently(y);
+    } else {
+        x_ = x;
+        y_ = y;
+    }
     f.getDouble(anchorX_);
     f.getDouble(anchorY_);
     unsigned char has = 0;

@@ -54,6 +54,9 @@ private:
     friend class NodeUIPosManager;
 
     void startAtOrigin();
+    // True when the record is the only client of its servers and no manager has claimed them:
+    // then nobody but the record hears what is assigned to them.
+    bool serversUnwatched() const;
     void pack(PStream& s) const;
     void unpack(PStream& s);
 

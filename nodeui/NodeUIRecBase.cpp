@@ -40,6 +40,7 @@ NodeUIRecBase::NodeUIRecBase(const NodeUIRecBase& other)
 
 NodeUIRecBase& NodeUIRecBase::operator=(const NodeUIRecBase& other) {
     nodeId_ = other.nodeId_;
+    ++idChanges_;
     hostEditCookie_ = other.hostEditCookie_;
     return *this;
 }
@@ -70,7 +71,14 @@ void NodeUIRecBase::pack(PStream& s) const {
     revisionMinor(1);
     s.file->setCookedChar(2);
     nodeId_.pack(s);
-    s << hostEditCookie_.asString();
+    // The records of a manager share one host edit: its text is made once.
+    thread_local Cookie lastCookie;
+    thread_local String lastText = Cookie().asString();
+    if (!(hostEditCookie_ == lastCookie)) {
+        lastText = hostEditCookie_.asString();
+        lastCookie = hostEditCookie_;
+    }
+    s << lastText;
 }
 
 // A record read from a 1.0 layer has no host edit: it keeps the default cookie, which opens no
@@ -79,6 +87,7 @@ void NodeUIRecBase::unpack(PStream& s) {
     unsigned char stampVersion = 0;
     s.file->getUnsignedChar(stampVersion);
     nodeId_.unpack(s, stampVersion);
+    ++idChanges_;
     if (revisionMinor_ != 0) {
         String text;
         s >> text;

@@ -27,7 +27,10 @@ public:
 
     const IdStamp& getNodeId() const { return nodeId_; }
     // Does not watch the new node.
-    void setNodeId(const IdStamp& id) { nodeId_ = id; }
+    void setNodeId(const IdStamp& id) {
+        nodeId_ = id;
+        ++idChanges_;
+    }
     Cookie getHostEditCookie() const { return hostEditCookie_; }
 
     void notifyValPreChanged(const ValObserverBase&) override {}
@@ -53,6 +56,9 @@ private:
 
     static int getRecUpdateMsgType() { return recUpdateMsgType_; }
     static int recUpdateMsgType_;
+    // Raised whenever any record's id changes, so that the managers' indexes by id know when to
+    // look at their lists again.
+    static inline uint64_t idChanges_ = 0;
 
     NodeUIManagerBase* manager_ = nullptr;
     IdStamp nodeId_;

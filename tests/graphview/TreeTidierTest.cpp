@@ -154,9 +154,9 @@ TEST(TreeTidier, ACycleEndsTheWalkAtTheClosingNode) {
     EditPosSource source(g.edit, LeftToRight);
     EditGraphIterator it = FXEditor::getIteratorFor(g.edit, root->getId(), 1.0, 9);
     TidyLevels levels(it, &source);
-    ASSERT_EQ(levels.levels.size(), 3u);
-    EXPECT_EQ(levels.records.size(), 3u);
-    EXPECT_EQ(levels.records.at(a->getId()).level, 1u) << "the edge back into a must not deepen it";
+    ASSERT_EQ(levels.numLevels(), 3u);
+    EXPECT_EQ(levels.size(), 3u);
+    EXPECT_EQ(levels.find(a->getId())->level, 1u) << "the edge back into a must not deepen it";
     EXPECT_EQ(it.depth(), 0) << "the walk returns the iterator to the root";
 
     Layout l(g, root, LeftToRight);
@@ -180,9 +180,9 @@ TEST(TreeTidier, SharedNodeHangsFromItsDeepestParentWithItsFirstSlot) {
     EditPosSource source(g.edit, LeftToRight);
     EditGraphIterator it = FXEditor::getIteratorFor(g.edit, root->getId(), 1.0, 9);
     TidyLevels levels(it, &source);
-    const TidyNodeRec& rx = levels.records.at(x->getId());
+    const TidyNodeRec& rx = *levels.find(x->getId());
     EXPECT_EQ(rx.level, 3u);
-    EXPECT_EQ(rx.parent.get(), q.get());
+    EXPECT_EQ(rx.parent, q.get());
     EXPECT_EQ(rx.parentLevel, 2u);
     EXPECT_EQ(rx.parentInput, 0) << "the slot of the first parent is kept";
 
@@ -205,7 +205,8 @@ TEST(TreeTidier, SharedNodeAtEqualDepthsHangsFromItsFirstParent) {
     EditPosSource source(g.edit, BottomToTop);
     EditGraphIterator it = FXEditor::getIteratorFor(g.edit, root->getId(), 1.0, 9);
     TidyLevels levels(it, &source);
-    EXPECT_EQ(levels.records.at(x->getId()).parent.get(), a.get());
+    EXPECT_EQ(levels.find(x->getId())->parent, a.get());
+    EXPECT_EQ(levels.id(levels.parentIndex(levels.indexOf(x->getId()))), a->getId());
     Layout l(g, root, BottomToTop);
     EXPECT_AT(l, x, -0.09375, -0.375);
 }

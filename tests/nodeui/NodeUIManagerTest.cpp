@@ -163,6 +163,30 @@ TEST(NodeUIManager, DeadRecordsAreSweptSilentlyOnPackAndSetEdit) {
     EXPECT_EQ(m->getEditH().get(), edit.get());
 }
 
+TEST(NodeUIManager, RecordsOfInterleavedHostEditsKeepTheirOwn) {
+    // Records of two live host edits and a closed one, interleaved: the sweep and the cookies
+    // written follow each record, not the record before it.
+    EditPtr a = makeEdit(6, 6);
+    EditPtr b = makeEdit(7, 6);
+    const Cookie closed(Cookie::EditKind, IdStamp(1, 0, 98));
+    Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(a);
+    m->getRec(node(1), a->cookie());
+    m->getRec(node(2), b->cookie());
+    m->getRec(node(3), closed);
+    m->getRec(node(4), b->cookie());
+    m->getRec(node(5), a->cookie());
+    b->removeNode(node(4));
+    const std::string bytes = packed(*m);
+    ASSERT_EQ(m->numRecs(), 3u);
+    Zk::Ptr<NodeUIPosManager> back = unpackManager(bytes);
+    ASSERT_TRUE(back);
+    ASSERT_EQ(back->numRecs(), 3u);
+    EXPECT_EQ(back->findRec(node(1))->getHostEditCookie(), a->cookie());
+    EXPECT_EQ(back->findRec(node(2))->getHostEditCookie(), b->cookie());
+    EXPECT_EQ(back->findRec(node(5))->getHostEditCookie(), a->cookie());
+    EXPECT_EQ(packed(*back), bytes) << "read and written again, byte for byte";
+}
+
 TEST(NodeUIManager, RecordLayerAndRevisions) {
     EditPtr edit = makeEdit(5, 2);
     Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(edit);

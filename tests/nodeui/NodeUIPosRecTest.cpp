@@ -59,6 +59,35 @@ TEST(NodeUIPosRec, SetPosUpdatesOnceOrNotAtAll) {
     EXPECT_EQ(updates.count, 5);
 }
 
+namespace {
+
+// Rounds every x to whole units and refuses negative ones.
+struct WholeUnits : ValManagerBase<double> {
+    bool requestValChange(ValServer<double>*, double& value) override {
+        if (value < 0)
+            return false;
+        value = std::round(value);
+        return true;
+    }
+    void releaseServer(ValServer<double>*) override {}
+    using ValManagerBase<double>::setManagerFor;
+};
+
+} // namespace
+
+TEST(NodeUIPosRec, AManagedServerStillHasTheLastWord) {
+    // Nobody but the record listens to its servers here; the manager must be asked all the same.
+    WholeUnits m; // outlives the record, whose server lets go of it on the way out
+    NodeUIPosRec r;
+    m.setManagerFor(&r.xServer());
+    r.setPos(2.4, 1.5, false);
+    EXPECT_EQ(r.x(), 2.0);
+    EXPECT_EQ(r.y(), 1.5);
+    r.setPos(-3.0, 7.0, false);
+    EXPECT_EQ(r.x(), 2.0) << "refused";
+    EXPECT_EQ(r.y(), 7.0);
+}
+
 TEST(NodeUIPosRec, AnchorAndFirstPosition) {
     EditPtr edit = makeEdit(20, 2);
     Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(edit);

@@ -1,0 +1,79 @@
+// Linear probing with deletion by shifting back, kept at most half full.
+#include "nodeui/NodeUIRecIndex.h"
+
+#include <cstdint>
+
+size_t NodeUIRecIndex::home(const IdStamp& id) const {
+    uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
+    h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
+    h ^= h >> 31;
+    h *= 0xBF58476D1CE4E5B9ull;
+    h ^= h >> 29;
+    return static_cast<size_t>(h) & (slots_.size() - 1);
+}
+
+size_t NodeUIRecIndex::slotOf(const IdStamp& id) const {
+    const size_t mask = slots_.size() - 1;
+    size_t i = home(id);
+    while (slots_[i].rec && !(slots_[i].id == id))
+        i = (i + 1) & mask;
+    return i;
+}
+
+NodeUIRecBase* NodeUIRecIndex::find(const IdStamp& id) const {
+    return slots_.empty() ? nullptr : slots_[slotOf(id)].rec;
+}
+
+bool NodeUIRecIndex::insert(const IdStamp& id, NodeUIRecBase* rec) {
+    if ((used_ + 1) * 2 > slots_.size())
+        rehash(slots_.empty() ? 16 : slots_.size() * 2);
+    Slot& s = slots_[slotOf(id)];
+    if (s.rec)
+        return false;
+    s.id = id;
+    s.rec = rec;
+    ++used_;
+    return true;
+}
+
+bool NodeUIRecIndex::erase(const IdStamp& id, const NodeUIRecBase* rec) {
+    if (slots_.empty())
+        return false;
+    size_t i = slotOf(id);
+    if (!slots_[i].rec || slots_[i].rec != rec)
+        return false;
+    // Later entries of the same run move back into the hole where their probe would pass it.
+    const size_t mask = slots_.size() - 1;
+    for (size_t j = (i + 1) & mask; slots_[j].rec; j = (j + 1) & mask) {
+        const size_t k = home(slots_[j].id);
+        const bool between = i <= j ? (i < k && k <= j) : (i < k || k <= j);
+        if (!between) {
+            slots_[i] = slots_[j];
+            i = j;
+        }
+    }
+    slots_[i] = Slot();
+    --used_;
+    return true;
+}
+
+void NodeUIRecIndex::clear() {
+    slots_.clear();
+    used_ = 0;
+}
+
+void NodeUIRecIndex::reserve(size_t n) {
+    size_t want = 16;
+    while (want < n * 2)
+        want *= 2;
+    if (want > slots_.size())
+        rehash(want);
+}
+
+void NodeUIRecIndex::rehash(size_t slots) {
+    std::vector<Slot> old(slots);
+    old.swap(slots_);
+    for (const Slot& s : old)
+        if (s.rec)
+            slots_[slotOf(s.id)] = s;
+}

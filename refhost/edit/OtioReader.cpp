@@ -130,9 +130,12 @@ struct Placed {
 
 class Importer {
 public:
-    Importer(const std::string& text, const std::string& name, std::vector<std::string> chain, Report& report)
-        : text_(text), name_(name), chain_(std::move(chain)), report_(report) {
+    // `idPrefix` keeps the ids of a timeline nested by reference apart from those around it.
+    Importer(const std::string& text, const std::string& name, std::vector<std::string> chain, Report& report,
+             const std::string& idPrefix = std::string())
+        : text_(text), name_(name), chain_(std::move(chain)), report_(report), idPrefix_(idPrefix) {
         baseDir_ = std::filesystem::path(name).parent_path().string();
+        fileName_ = std::filesystem::path(name).filename().string();
     }
 
     bool timeline(const OtioJson& root, Edit& edit) {
@@ -145,7 +148,7 @@ public:
         if (!optString(root, "name", name))
             return false;
         edit.setName(toWide(String(name)));
-        edit.setCookie(Cookie(Cookie::EditKind, idFor("#timeline " + name)));
+        edit.setCookie(Cookie(Cookie::EditKind, idFor("#timeline " + name + " " + fileName_)));
         double gst = 0.0;
         if (const OtioJson* g = root.find("global_start_time"); g && !g->isNull())
             if (!rational(*g, gst))
@@ -174,6 +177,8 @@ public:
     std::string error;
 
 private:
+    IdStamp id(const std::string& path) const { return idFor(idPrefix_ + path); }
+
     // --- diagnostics --------------------------------------------------------------------------
     std::string where(const OtioJson& at) const {
         int line = 0, column = 0;
@@ -436,7 +441,7 @@ private:
                       const std::string& idPath, double origin, EditChanType defaultType, int counts[2],
                       bool asItem) {
         EditChannel ch;
-        ch.id = idFor(idPath + "/channel");
+        ch.id = id(idPath + "/channel");
         ch.type = defaultType;
         std::string name;
         if (!optString(c, "name", name))
@@ -531,29 +536,51 @@ private:
         if (!sideTransitions(placed))
             return false;
 
-        for (Placed& p : placed) {
+        // The cels that show. Nothing shows before the track's start, not even a transition's
+        // first half.
+        std::vector<double> los(placed.size()), his(placed.size());
+        std::vector<bool> shows(placed.size()), needed(placed.size());
+        double lastEnd = std::max(winLo, origin);
+        for (size_t i = 0; i < placed.size(); ++i) {
+            const Placed& p = placed[i];
+            double lo = p.kind == Kind::Transition ? p.start - p.inOffset : p.start + p.givenIn;
+            double hi = p.kind == Kind::Transition ? p.start + p.outOffset : p.end - p.givenOut;
+            los[i] = std::max({lo, winLo, lastEnd});
+            his[i] = std::min(hi, winHi);
+            shows[i] = his[i] > los[i];
+            if (shows[i])
+                lastEnd = his[i];
+        }
+        // Graphs are made for what shows and for the sides of transitions that show, so that
+        // nothing trimmed away hangs in the edit as an orphan.
+        for (size_t i = 0; i < placed.size(); ++i) {
+            needed[i] = needed[i] || shows[i];
+            if (placed[i].kind == Kind::Transition && shows[i])
+                for (int side : {placed[i].prev, placed[i].next})
+                    if (side >= 0)
+                        needed[static_cast<size_t>(side)] = true;
+        }
+        for (size_t i = 0; i < placed.size(); ++i) {
+            Placed& p = placed[i];
+            if (!needed[i])
+                continue;
             if (p.kind == Kind::Clip && !clipGraph(edit, p, ch.type))
                 return false;
             if ((p.kind == Kind::Stack || p.kind == Kind::Track) && !compoundGraph(edit, p, ch.type))
                 return false;
         }
-        for (Placed& p : placed)
-            if (p.kind == Kind::Transition && !transitionGraph(edit, placed, p, ch.type))
+        for (size_t i = 0; i < placed.size(); ++i)
+            if (placed[i].kind == Kind::Transition && shows[i] &&
+                !transitionGraph(edit, placed, placed[i], ch.type))
                 return false;
 
-        // Nothing shows before the track's start, not even a transition's first half.
-        double lastEnd = std::max(winLo, origin);
-        for (const Placed& p : placed) {
-            double lo = p.kind == Kind::Transition ? p.start - p.inOffset : p.start + p.givenIn;
-            double hi = p.kind == Kind::Transition ? p.start + p.outOffset : p.end - p.givenOut;
-            lo = std::max({lo, winLo, lastEnd});
-            hi = std::min(hi, winHi);
-            if (!(hi > lo))
+        for (size_t i = 0; i < placed.size(); ++i) {
+            if (!shows[i])
                 continue;
+            const Placed& p = placed[i];
             CelEvent ev;
-            ev.start = lo;
-            ev.end = hi;
-            lastEnd = hi;
+            ev.start = los[i];
+            ev.end = his[i];
             Zk::Ptr<FXGraphNodeBase> root = p.root;
             if (root && !effectsChain(edit, trackEffects, trackPath, "@" + p.path, root, ch.type))
                 return false;
@@ -634,7 +661,7 @@ private:
         if (!ok)
             return false;
         EditMaterial mat;
-        mat.cookie = Cookie(Cookie::MaterialKind, idFor(p.path + "/media"));
+        mat.cookie = Cookie(Cookie::MaterialKind, id(p.path + "/media"));
         mat.source = type == kAudioChan ? "tone" : "slate";
         std::string refName;
         if (ref) {
@@ -683,7 +710,7 @@ private:
         }
         mat.name = toWide(String(p.name.empty() ? refName : p.name));
         edit.materials().push_back(mat);
-        auto node = Zk::make<MaterialUsageNode>(idFor(p.path), mat.cookie);
+        auto node = Zk::make<MaterialUsageNode>(id(p.path), mat.cookie);
         node->setName(mat.name);
         node->setSource(mat.source);
         node->setFile(mat.file);
@@ -719,9 +746,9 @@ private:
     }
 
     bool compoundGraph(Edit& edit, Placed& p, EditChanType type) {
-        auto node = Zk::make<CompoundEffect>(idFor(p.path));
+        auto node = Zk::make<CompoundEffect>(id(p.path));
         EditPtr inner(new Edit());
-        inner->setCookie(Cookie(Cookie::EditKind, idFor(p.path + "/edit")));
+        inner->setCookie(Cookie(Cookie::EditKind, id(p.path + "/edit")));
         inner->setName(toWide(String(p.name)));
         int counts[2] = {0, 0};
         bool ok = p.kind == Kind::Stack ? stackChannels(*inner, *p.obj, p.path, 0.0, type)
@@ -774,8 +801,8 @@ private:
         if (!std::filesystem::is_regular_file(file, ec) ||
             std::filesystem::file_size(file, ec) > kMaxReferencedFile || ec || !readFile(file, text)) {
             warn(ref, "the timeline \"" + file + "\" cannot be read; its clip is shown as a slate");
-            auto node = Zk::make<MaterialUsageNode>(idFor(p.path),
-                                                    Cookie(Cookie::MaterialKind, idFor(p.path + "/media")));
+            auto node =
+                Zk::make<MaterialUsageNode>(id(p.path), Cookie(Cookie::MaterialKind, id(p.path + "/media")));
             EditMaterial mat;
             mat.cookie = node->material();
             mat.name = toWide(String(p.name));
@@ -796,14 +823,13 @@ private:
         }
         std::vector<std::string> chain = chain_;
         chain.push_back(key);
-        Importer nested(text, file, chain, report_);
+        Importer nested(text, file, chain, report_, idPrefix_ + p.path + "@");
         EditPtr inner(new Edit());
         if (!nested.timeline(root, *inner)) {
             error = nested.error;
             return false;
         }
-        // Nested ids are kept apart from another use of the same file by this clip's path.
-        auto node = Zk::make<CompoundEffect>(idFor(p.path));
+        auto node = Zk::make<CompoundEffect>(id(p.path));
         double offset = (p.obj->find("source_range") ? p.sourceStart : inner->getStartTime()) - p.start;
         finishCompound(edit, *node, inner, p, type, "Compound:Timeline", offset);
         p.root = node;
@@ -824,7 +850,7 @@ private:
         std::string kind;
         if (!optString(*t.obj, "transition_type", kind))
             return false;
-        auto fx = Zk::make<EffectInstance_opu4h5a4j>(idFor(t.path));
+        auto fx = Zk::make<EffectInstance_opu4h5a4j>(id(t.path));
         std::string k = squeezed(kind);
         if (kind.empty() || k == "smptedissolve" || k.find("dissolve") != std::string::npos)
             fx->setTagTypeId("Transition:Dissolve");
@@ -905,7 +931,7 @@ private:
                 !optBool(e, "enabled", enabled))
                 return false;
             auto fx = Zk::make<EffectInstance_opu4h5a4j>(
-                idFor(ownerPath + "/effects/" + std::to_string(k) + idSuffix));
+                id(ownerPath + "/effects/" + std::to_string(k) + idSuffix));
             fx->setTagTypeId(effectTag(s, effectName.empty() ? s.name : effectName));
             fx->setName(toWide(String(!name.empty() ? name : !effectName.empty() ? effectName : s.name)));
             fx->setChanType(type);
@@ -923,7 +949,9 @@ private:
     const std::string& name_;
     std::vector<std::string> chain_;
     Report& report_;
+    std::string idPrefix_;
     std::string baseDir_;
+    std::string fileName_;
 };
 
 } // namespace

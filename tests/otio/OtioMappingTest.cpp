@@ -260,6 +260,31 @@ TEST(OtioMapping, NestedTrackAndStateRebuild) {
     EXPECT_TRUE(again == it);
 }
 
+TEST(OtioMapping, TrimmedAwayItemsLeaveNoOrphans) {
+    // The track shows 0.5 s to 1.5 s of its content: the end of A, B and the start of the
+    // dissolve into C, which is cut at the track's end.
+    Loaded l = load(timeline({track({clip("A", 24), clip("B", 12), transition(3, 3), clip("C", 24)}, "Video",
+                                    R"(, "source_range": )" + range(12, 24))}));
+    ASSERT_TRUE(l.ok) << l.error;
+    const auto& evs = l.edit->chan(0).cel->events();
+    ASSERT_EQ(evs.size(), 3u);
+    EXPECT_DOUBLE_EQ(evs[0].start, 0.0);
+    EXPECT_DOUBLE_EQ(evs[0].end, 0.5);
+    EXPECT_DOUBLE_EQ(evs[2].start, 0.875);
+    EXPECT_DOUBLE_EQ(evs[2].end, 1.0);
+    std::vector<IdStamp> orphans;
+    FXEditor::findOrphanedComponents(l.edit, 0.0, orphans);
+    EXPECT_TRUE(orphans.empty()) << "C feeds the dissolve and has its node; nothing else hangs loose";
+    EXPECT_EQ(l.edit->materials().size(), 3u);
+
+    Loaded cut = load(
+        timeline({track({clip("A", 24), clip("B", 24)}, "Video", R"(, "source_range": )" + range(0, 12))}));
+    ASSERT_TRUE(cut.ok) << cut.error;
+    EXPECT_EQ(cut.edit->materials().size(), 1u) << "B lies wholly past the track's end";
+    FXEditor::findOrphanedComponents(cut.edit, 0.0, orphans);
+    EXPECT_TRUE(orphans.empty());
+}
+
 TEST(OtioMapping, UnknownSchemasAreSkippedNotRefused) {
     std::string odd = R"({"OTIO_SCHEMA": "Hologram.3", "name": "h"})";
     std::string markerList =
@@ -287,7 +312,8 @@ TEST(OtioMapping, TimelineFilesReferToEachOtherAsCompounds) {
         return R"({"OTIO_SCHEMA": "ExternalReference.1", "target_url": ")" + file + "\"}";
     };
     write("inner.otio", timeline({track({clip("Deep", 48)})}));
-    write("outer.otio", timeline({track({clip("Reel", 24, ref("inner.otio"))})}));
+    write("outer.otio",
+          timeline({track({clip("Reel", 24, ref("inner.otio")), clip("Again", 24, ref("inner.otio"))})}));
     std::string error;
     EditPtr edit = OtioReader::open(dir + "/outer.otio", error);
     ASSERT_TRUE(edit) << error;
@@ -295,6 +321,13 @@ TEST(OtioMapping, TimelineFilesReferToEachOtherAsCompounds) {
     ASSERT_TRUE(it.isCompoundEffectHead());
     ASSERT_TRUE(it.moveToInput(0));
     EXPECT_EQ(toUtf8(it.getNode(-1)->getName()).str(), "Deep");
+    // The same file used twice gives two sets of ids, none of them those of the outer edit.
+    EditGraphIterator again(edit, 0, 1.5, 0);
+    ASSERT_TRUE(again.moveToInput(0));
+    EXPECT_EQ(toUtf8(again.getNode(-1)->getName()).str(), "Deep");
+    EXPECT_NE(again.getNodeId(-1), it.getNodeId(-1));
+    EXPECT_EQ(edit->findNode(again.getNodeId(-1)), again.getNode(-1));
+    EXPECT_EQ(edit->findNode(it.getNodeId(-1)), it.getNode(-1));
 
     write("a.otio", timeline({track({clip("ToB", 24, ref("b.otio"))})}));
     write("b.otio", timeline({track({clip("ToA", 24, ref("a.otio"))})}));

@@ -91,10 +91,9 @@ private:
             return true;
         }
         Frame& top = stack_.back();
-        if (top.value.type == OtioJson::Array)
-            top.value.items.push_back(std::move(v));
-        else
-            top.value.members.emplace_back(std::move(top.key), std::move(v));
+        if (top.value.type == OtioJson::Object)
+            top.value.keys.push_back(std::move(top.key));
+        top.value.items.push_back(std::move(v));
         return true;
     }
 
@@ -144,9 +143,11 @@ const char* expected(rapidjson::ParseErrorCode code) {
 } // namespace
 
 const OtioJson* OtioJson::find(std::string_view key) const {
-    for (size_t i = members.size(); i-- > 0;)
-        if (members[i].first == key)
-            return &members[i].second;
+    if (type != Object)
+        return nullptr;
+    for (size_t i = keys.size(); i-- > 0;)
+        if (keys[i] == key)
+            return &items[i];
     return nullptr;
 }
 
@@ -163,7 +164,11 @@ void OtioJson::lineColumn(const std::string& text, size_t offset, int& line, int
 }
 
 bool OtioJson::parse(const std::string& text, const std::string& name, OtioJson& out, std::string& error) {
-    rapidjson::StringStream stream(text.c_str());
+    // RapidJSON's UTF-8 check reads up to three bytes past a lead byte before it looks for the
+    // end, so the text is read from a copy with room after its end.
+    std::string padded = text;
+    padded.append(8, '\0');
+    rapidjson::StringStream stream(padded.c_str());
     Builder builder(text, stream);
     rapidjson::Reader reader;
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag |
@@ -183,7 +188,7 @@ bool OtioJson::parse(const std::string& text, const std::string& name, OtioJson&
         out = std::move(builder.root);
         return true;
     }
-    size_t at = builder.tooDeep ? builder.tooDeepAt : ok.Offset();
+    size_t at = std::min(builder.tooDeep ? builder.tooDeepAt : ok.Offset(), text.size());
     int line = 0, column = 0;
     lineColumn(text, at, line, column);
     std::ostringstream s;

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 class OtioJson {
@@ -17,10 +16,10 @@ public:
     Type type = Null;
     bool boolean = false;
     double number = 0.0;
-    std::string text;                                      // a String
-    std::vector<OtioJson> items;                           // an Array
-    std::vector<std::pair<std::string, OtioJson>> members; // an Object, in the file's order
-    size_t offset = 0;                                     // of the value's first byte
+    std::string text;              // a String
+    std::vector<OtioJson> items;   // an Array's elements, or an Object's values in the file's order
+    std::vector<std::string> keys; // an Object's keys, one for each of its items
+    size_t offset = 0;             // of the value's first byte
 
     bool isNull() const { return type == Null; }
     bool isNumber() const { return type == Number; }

@@ -312,7 +312,7 @@ private:
             if (!(ok = optString(clip, "active_media_reference_key", key)))
                 return nullptr;
             const OtioJson* r = refs->find(key);
-            if (!r && !refs->members.empty())
+            if (!r && !refs->items.empty())
                 warn(*refs, "no media reference under the active key \"" + key + "\"");
             return r && !r->isNull() ? r : nullptr;
         }
@@ -898,7 +898,9 @@ private:
     // Numbers of an effect: its own numeric members, and those of its metadata by dotted path.
     static void numericParams(const OtioJson& obj, const std::string& prefix, int depth,
                               EffectInstance_opu4h5a4j& fx) {
-        for (const auto& [key, v] : obj.members) {
+        for (size_t i = 0; i < obj.keys.size(); ++i) {
+            const std::string& key = obj.keys[i];
+            const OtioJson& v = obj.items[i];
             if (v.isNumber() && std::isfinite(v.number))
                 fx.setParam(prefix + key, v.number);
             else if (v.isObject() && depth > 0)

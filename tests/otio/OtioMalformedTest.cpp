@@ -83,6 +83,8 @@ TEST(OtioMalformed, OddBytesNeverCrash) {
         "{\"OTIO_SCHEMA\": \"Timeline.1\", \"tracks\": {\"OTIO_SCHEMA\": \"Stack.1\", "
         "\"children\": [{\"OTIO_SCHEMA\": \"Track.1\", \"children\": {}}]}}",
         "\"\xff\xfe\"",
+        "{\"\xe4",
+        "[\"\xf0\x9f",
         "[1e999]"};
     for (const std::string& t : texts) {
         std::string error;

@@ -8,6 +8,7 @@
 
 #include "host/EditGraphIterator.h"
 #include "host/FXEditor.h"
+#include "refhost/edit/EditFile.h"
 #include "refhost/edit/OtioReader.h"
 #include "tests/otio/OtioTestSupport.h"
 
@@ -335,4 +336,35 @@ TEST(OtioMapping, TimelineFilesReferToEachOtherAsCompounds) {
     EXPECT_NE(error.find("refer to each other in a ring"), std::string::npos) << error;
     EXPECT_EQ(error.find('\n'), std::string::npos);
     EXPECT_EQ(error.rfind(dir + "/b.otio:1:", 0), 0u) << "the fault is told where the ring closes: " << error;
+}
+
+TEST(OtioMapping, CompoundsKeepTheirOwnInnerEditThroughCopiesAndFiles) {
+    Loaded l = load(timeline({track({stack({track({clip("Inner", 24)})})})}));
+    ASSERT_TRUE(l.ok) << l.error;
+    auto* compound = dynamic_cast<CompoundEffect*>(l.edit->chan(0).cel->events()[0].node.get());
+    ASSERT_NE(compound, nullptr);
+
+    // An undo snapshot is a copy that later changes inside the compound do not reach.
+    EditPtr snapshot(new Edit());
+    snapshot->copyStateFrom(*l.edit);
+    std::string before = otiotest::describe(*snapshot);
+    compound->innerEdit()->chan(0).name = L"renamed";
+    EXPECT_EQ(otiotest::describe(*snapshot), before);
+    EXPECT_NE(otiotest::describe(*l.edit), before);
+
+    // In an edit file a compound's inputs must name channels of its nested edit.
+    std::string text = EditFile::saveToText(*l.edit);
+    std::string innerChan = compound->innerEdit()->chan(0).id.asString().str();
+    size_t at = text.find("\"track\": \"" + innerChan + "\"");
+    ASSERT_NE(at, std::string::npos) << text;
+    std::string bad = text;
+    bad.replace(at + 9, innerChan.size() + 2, "\"1.2.3\"");
+    EditPtr back(new Edit());
+    std::string error;
+    EXPECT_FALSE(EditFile::loadFromText(bad, "bad.edit.json", *back, error));
+    EXPECT_NE(error.find("expected a channel of the compound's inner edit"), std::string::npos) << error;
+    std::string noInner = text;
+    noInner.replace(noInner.find("\"edit\":"), 7, "\"xedit\":");
+    EXPECT_FALSE(EditFile::loadFromText(noInner, "bad.edit.json", *back, error));
+    EXPECT_NE(error.find("expected the nested \"edit\" of a compound effect"), std::string::npos) << error;
 }

@@ -368,3 +368,23 @@ TEST(OtioMapping, CompoundsKeepTheirOwnInnerEditThroughCopiesAndFiles) {
     EXPECT_FALSE(EditFile::loadFromText(noInner, "bad.edit.json", *back, error));
     EXPECT_NE(error.find("expected the nested \"edit\" of a compound effect"), std::string::npos) << error;
 }
+
+TEST(OtioMapping, DestroyingANodeInsideACompoundChangesTheInnerEdit) {
+    std::string blur = R"([{"OTIO_SCHEMA": "Effect.1", "effect_name": "Blur"}])";
+    Loaded l = load(timeline({track({stack({track({clip("Inner", 24, "null", blur)})})})}));
+    ASSERT_TRUE(l.ok) << l.error;
+    EditGraphIterator it(l.edit, 0, 0.5, 0);
+    ASSERT_TRUE(it.moveToInput(0));
+    ASSERT_EQ(it.getNode(-1)->tagTypeId().str(), "PixShader:Blur:gaussian.fx");
+    EditPtr inner = it.getCurrentPosEdit();
+    IdStamp blurId = it.getNodeId(-1);
+    unsigned changes = l.edit->changeCount();
+    ASSERT_TRUE(FXEditor::destroyNode(it, false));
+    EXPECT_FALSE(inner->findNode(blurId));
+    EXPECT_EQ(inner->chan(0).cel->events()[0].kind, CelEvent::Material)
+        << "the cel falls back to its material";
+    EXPECT_GT(l.edit->changeCount(), changes) << "the change is told through the outer edit";
+    EditGraphIterator after(l.edit, 0, 0.5, 0);
+    ASSERT_TRUE(after.moveToInput(0));
+    EXPECT_TRUE(isPlainMaterial(after.getNode(-1).get()));
+}

@@ -19,6 +19,7 @@ namespace {
 constexpr double kEps = 1e-9;
 constexpr double kForever = std::numeric_limits<double>::infinity();
 constexpr uintmax_t kMaxReferencedFile = 256u << 20;
+constexpr size_t kMaxReferenceDepth = 16;
 
 // 96 bits of hash of an object's path; the top bit keeps the ids apart from the edit's fresh ids
 // (0.0.n) and internal tracks (0.1.n).
@@ -661,7 +662,6 @@ private:
         if (!ok)
             return false;
         EditMaterial mat;
-        mat.cookie = Cookie(Cookie::MaterialKind, id(p.path + "/media"));
         mat.source = type == kAudioChan ? "tone" : "slate";
         std::string refName;
         if (ref) {
@@ -709,6 +709,12 @@ private:
             }
         }
         mat.name = toWide(String(p.name.empty() ? refName : p.name));
+        return materialClip(edit, p, type, mat);
+    }
+
+    // The clip's own material and its node, under the clip's effects.
+    bool materialClip(Edit& edit, Placed& p, EditChanType type, EditMaterial mat) {
+        mat.cookie = Cookie(Cookie::MaterialKind, id(p.path + "/media"));
         edit.materials().push_back(mat);
         auto node = Zk::make<MaterialUsageNode>(id(p.path), mat.cookie);
         node->setName(mat.name);
@@ -801,20 +807,14 @@ private:
         if (!std::filesystem::is_regular_file(file, ec) ||
             std::filesystem::file_size(file, ec) > kMaxReferencedFile || ec || !readFile(file, text)) {
             warn(ref, "the timeline \"" + file + "\" cannot be read; its clip is shown as a slate");
-            auto node =
-                Zk::make<MaterialUsageNode>(id(p.path), Cookie(Cookie::MaterialKind, id(p.path + "/media")));
             EditMaterial mat;
-            mat.cookie = node->material();
             mat.name = toWide(String(p.name));
             mat.source = type == kAudioChan ? "tone" : "slate";
-            edit.materials().push_back(mat);
-            node->setName(mat.name);
-            node->setSource(mat.source);
-            node->setChanType(type);
-            edit.addNode(node);
-            p.root = node;
-            return effectsChain(edit, p.obj->find("effects"), p.path, "", p.root, type);
+            return materialClip(edit, p, type, mat);
         }
+        if (chain_.size() >= kMaxReferenceDepth)
+            return fail(ref, "expected timelines nested by reference at most " +
+                                 std::to_string(kMaxReferenceDepth) + " deep");
         OtioJson root;
         std::string err;
         if (!OtioJson::parse(text, file, root, err)) {

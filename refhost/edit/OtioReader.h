@@ -5,14 +5,15 @@
 //   rational (value / rate) and become seconds; every time of the file is counted from the
 //   global start time.
 // - Each child of the timeline's top stack is a channel, in order: a track a channel of its kind
-//   (Video or Audio) named after it; any other item a channel holding that item alone. A track's
-//   source range trims what it shows.
+//   (Video or Audio; another kind is shown as video, with a warning) named after it, or "V1",
+//   "A2"... when it has no name; any other item a channel holding that item alone. A track's
+//   source range trims what it shows; a track that is switched off is empty.
 // - A clip is a cel of a material of its own, named after the clip. Its active media reference
 //   decides the material's picture: an image file (or the first frame of an image sequence) that
 //   the render service can read is shown as it is; a movie file, missing media or an unknown
 //   reference becomes a generated slate showing the clip's name; a generator gives the generated
-//   picture of its kind (SMPTE bars as bars; others as a slate). A clip that is switched off is
-//   black, as a gap is.
+//   picture its kind names (bars, ramp or gradient, grid, noise; any other kind a slate). Audio
+//   clips play a tone. A clip that is switched off is black, as a gap is.
 // - A gap is black.
 // - A clip's effects become an effect chain over its material, in order, each effect feeding the
 //   next. Effects whose names the template catalogue knows take its tags (blur, colour
@@ -51,7 +52,7 @@ namespace OtioReader {
 struct Report {
     struct Marker {
         std::string name;
-        double time = 0.0; // edit time of the marked range's start
+        double time = 0.0; // the marked range's start, in the time of the edit holding the object
         double duration = 0.0;
     };
     std::vector<std::string> warnings;

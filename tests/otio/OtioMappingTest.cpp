@@ -330,6 +330,22 @@ TEST(OtioMapping, TimelineFilesReferToEachOtherAsCompounds) {
     EXPECT_EQ(edit->findNode(again.getNodeId(-1)), again.getNode(-1));
     EXPECT_EQ(edit->findNode(it.getNodeId(-1)), it.getNode(-1));
 
+    // A timeline that is not there is a slate, with a warning.
+    write("lost.otio", timeline({track({clip("Lost", 24, ref("absent.otio"))})}));
+    OtioReader::Report report;
+    EditPtr lost = OtioReader::open(dir + "/lost.otio", error, &report);
+    ASSERT_TRUE(lost) << error;
+    EXPECT_EQ(lost->materials().at(0).source.str(), "slate");
+    ASSERT_EQ(report.warnings.size(), 1u);
+    EXPECT_NE(report.warnings[0].find("cannot be read"), std::string::npos) << report.warnings[0];
+
+    // A chain of distinct files nested deeper than the reader goes is refused, not followed.
+    for (int i = 0; i < 20; ++i)
+        write("chain" + std::to_string(i) + ".otio",
+              timeline({track({clip("C", 24, ref("chain" + std::to_string(i + 1) + ".otio"))})}));
+    EXPECT_FALSE(OtioReader::open(dir + "/chain0.otio", error));
+    EXPECT_NE(error.find("nested by reference at most 16 deep"), std::string::npos) << error;
+
     write("a.otio", timeline({track({clip("ToB", 24, ref("b.otio"))})}));
     write("b.otio", timeline({track({clip("ToA", 24, ref("a.otio"))})}));
     EXPECT_FALSE(OtioReader::open(dir + "/a.otio", error));

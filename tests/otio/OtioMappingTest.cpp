@@ -66,10 +66,6 @@ Loaded load(const std::string& text, const std::string& name = "inline.otio") {
     return l;
 }
 
-Zk::Ptr<FXGraphNodeBase> rootAt(const Loaded& l, int chan, double t) {
-    return EditGraphIterator(l.edit, chan, t, 0).getNode(-1);
-}
-
 } // namespace
 
 TEST(OtioMapping, MediaBecomesPicturesOrSlates) {

@@ -171,8 +171,7 @@ bool OtioJson::parse(const std::string& text, const std::string& name, OtioJson&
     rapidjson::StringStream stream(padded.c_str());
     Builder builder(text, stream);
     rapidjson::Reader reader;
-    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag |
-                               rapidjson::kParseFullPrecisionFlag;
+    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
     rapidjson::ParseResult ok = reader.Parse<flags>(stream, builder);
     // A NUL byte ends RapidJSON's text early; anything after it is no part of a valid file.
     size_t stop = stream.Tell();

@@ -75,17 +75,15 @@ TEST(OtioMalformed, EachFaultIsOneLineAtItsPlace) {
 
 TEST(OtioMalformed, OddBytesNeverCrash) {
     const std::string texts[] = {
-        "",
-        "null",
-        std::string("{\"OTIO_SCHEMA\": \"Timeline.1\"}\0junk", 34),
+        "", "null", std::string("{\"OTIO_SCHEMA\": \"Timeline.1\"}\0junk", 34),
         "{\"OTIO_SCHEMA\": \"Timeline.1\", \"tracks\": []}",
         "{\"OTIO_SCHEMA\": \"Timeline\", \"tracks\": {}}",
         "{\"OTIO_SCHEMA\": \"Timeline.1\", \"tracks\": {\"OTIO_SCHEMA\": \"Stack.1\", "
         "\"children\": [{\"OTIO_SCHEMA\": \"Track.1\", \"children\": {}}]}}",
-        "\"\xff\xfe\"",
-        "{\"\xe4",
-        "[\"\xf0\x9f",
-        "[1e999]"};
+        "\"\xff\xfe\"", "{\"\xe4", "[\"\xf0\x9f", "[1e999]",
+        // A long mantissa with a large negative exponent, once read out of bounds.
+        "11111111111111000000000000000000000000000000000."
+        "000000000002000000000000000000008198552921648719339E-417"};
     for (const std::string& t : texts) {
         std::string error;
         Edit edit;

@@ -103,7 +103,7 @@ public:
     EditChannel& chan(int i) { return chans_[static_cast<size_t>(i)]; }
     int addChannel(EditChannel c);
 
-    // Every node of the edit's graphs, by id.
+    // Every node of the edit's graphs, by id, those inside compound effects included.
     Zk::Ptr<FXGraphNodeBase> findNode(const IdStamp& id) const;
     void addNode(Zk::Ptr<FXGraphNodeBase> node);
     void removeNode(const IdStamp& id);
@@ -142,6 +142,7 @@ private:
     bool dirty_ = false;
     std::vector<EditChannel> chans_;
     std::map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampLess> nodes_;
+    std::vector<IdStamp> compounds_; // the nodes of nodes_ that are compound effects
     std::vector<EditMaterial> materials_;
     std::map<std::string, Zk::Ptr<Taggable>> objects_;
     TagBag tagBag_;

@@ -8,6 +8,9 @@
 // through a track input (repeatedly); bit 3 (8) marks an iterator made for a known node.
 // The values in use: 9 (a walk from a known node), 10 (the primary node over channel 0),
 // 2 (the primary node of one channel), 1 (a search from the top), 0 (a plain walk).
+//
+// A compound effect's inputs lie in its inner edit: a step through one of them enters that edit
+// at the inner time, and the entries below it report the inner edit's channels and cels.
 #pragma once
 
 #include <vector>
@@ -53,11 +56,13 @@ public:
 
     const double& getTime() const { return time_; }
     const EditPtr& getEditH() const { return edit_; }
-    EditPtr getCurrentPosEdit() const { return edit_; }
+    EditPtr getCurrentPosEdit() const;
     NumRange<double, Ordered> getRange(int index, CelEventPair::eRangeType type) const;
-    // This edit model has no compound effects: no path entry opens a nested edit.
-    bool isCompoundEffectHead() const { return false; }
-    bool moveBackToCompoundEffect() { return false; }
+    // True when the current node is a compound effect, whose inputs lead into its inner edit.
+    bool isCompoundEffectHead() const;
+    // Steps back to the compound effect that holds the current entry; false, with the path
+    // unchanged, when the current entry lies in the iterator's own edit.
+    bool moveBackToCompoundEffect();
     CelEventPair getUTRHandle(int index) const;
     void setTraverseGhosts(bool t) { traverseGhosts_ = t; }
     int options() const { return options_; }
@@ -68,8 +73,10 @@ public:
 private:
     struct Entry {
         Zk::Ptr<FXGraphNodeBase> node;
-        int chan = -1;
+        int chan = -1; // in the entry's edit
         int parentInput = 0;
+        EditPtr edit;      // the edit the entry lies in
+        double time = 0.0; // the walk's time in that edit
     };
     friend class FXEditor;
     friend class EditGraphSearchScope;
@@ -78,6 +85,7 @@ private:
     bool startAtChannel(int chanIndex);
     bool searchFrom(const Entry& root, const FXGraphNodeBase* node, const IdStamp* id);
     bool resolveInput(const Entry& at, unsigned input, Entry& out) const;
+    Entry rootEntry(int chan, const Zk::Ptr<FXGraphNodeBase>& node) const;
 
     EditPtr edit_;
     double time_ = 0.0;

@@ -12,7 +12,7 @@
 #include "host/FXEditor.h"
 #include "host/ImageImportEffect.h"
 #include "host/MaterialUsageNode.h"
-#include "refhost/edit/EditFile.h"
+#include "refhost/edit/AnyEditFile.h"
 #include "refhost/edit/EditPosSource.h"
 #include "refhost/json/Json.h"
 
@@ -82,7 +82,7 @@ int main(int argc, char** argv) {
         return fail(kUsage);
 
     std::string error;
-    EditPtr edit = EditFile::open(path, error);
+    EditPtr edit = AnyEditFile::open(path, error);
     if (!edit)
         return fail(error);
     if (std::isnan(time))

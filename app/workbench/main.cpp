@@ -18,7 +18,7 @@
 #include "host/UIString.h"
 #include "host/Vob.h"
 #include "host/VobManager.h"
-#include "refhost/edit/EditFile.h"
+#include "refhost/edit/AnyEditFile.h"
 
 namespace {
 
@@ -88,7 +88,7 @@ int main(int argc, char** argv) {
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
 
     std::string error;
-    EditPtr edit = EditFile::open(editPath, error);
+    EditPtr edit = AnyEditFile::open(editPath, error);
     if (!edit)
         return fail(error);
     Zk::Ptr<Vob> vob = VobManager::instance().vobFor(edit, "workbench");

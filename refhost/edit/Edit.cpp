@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "host/AliasedInputEffect.h"
+#include "host/CompoundEffect.h"
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/ImageImportEffect.h"
 #include "host/MaterialUsageNode.h"
@@ -51,7 +52,9 @@ std::vector<Edit*>& liveEdits() {
 }
 } // namespace
 
-Edit::Edit() { liveEdits().push_back(this); }
+Edit::Edit() {
+    liveEdits().push_back(this);
+}
 Edit::~Edit() {
     auto& edits = liveEdits();
     edits.erase(std::remove(edits.begin(), edits.end(), this), edits.end());
@@ -153,7 +156,16 @@ int Edit::addChannel(EditChannel c) {
 
 Zk::Ptr<FXGraphNodeBase> Edit::findNode(const IdStamp& id) const {
     auto it = nodes_.find(id);
-    return it == nodes_.end() ? nullptr : it->second;
+    if (it != nodes_.end())
+        return it->second;
+    for (const IdStamp& c : compounds_) {
+        auto at = nodes_.find(c);
+        auto* compound = at == nodes_.end() ? nullptr : dynamic_cast<CompoundEffect*>(at->second.get());
+        if (compound && compound->innerEdit())
+            if (Zk::Ptr<FXGraphNodeBase> n = compound->innerEdit()->findNode(id))
+                return n;
+    }
+    return nullptr;
 }
 
 void Edit::addNode(Zk::Ptr<FXGraphNodeBase> node) {
@@ -163,12 +175,16 @@ void Edit::addNode(Zk::Ptr<FXGraphNodeBase> node) {
     if (id.a() == 0 && id.b() == 0 && id.c() >= nextId_)
         nextId_ = id.c() + 1;
     tagBag_.add(id, Zk::Ptr<Taggable>(node.get()));
+    compounds_.erase(std::remove(compounds_.begin(), compounds_.end(), id), compounds_.end());
+    if (dynamic_cast<CompoundEffect*>(node.get()))
+        compounds_.push_back(id);
     nodes_[id] = std::move(node);
 }
 
 void Edit::removeNode(const IdStamp& id) {
     nodes_.erase(id);
     tagBag_.remove(id);
+    compounds_.erase(std::remove(compounds_.begin(), compounds_.end(), id), compounds_.end());
 }
 
 IdStamp Edit::newId() {
@@ -216,7 +232,16 @@ Zk::Ptr<FXGraphNodeBase> shallowCopy(const FXGraphNodeBase& n) {
         copy = new ImageImportEffect(*i);
     else if (auto* a = dynamic_cast<const AliasedInputEffect*>(&n))
         copy = new AliasedInputEffect(*a);
-    else if (auto* e = dynamic_cast<const EffectInstance_opu4h5a4j*>(&n))
+    else if (auto* c = dynamic_cast<const CompoundEffect*>(&n)) {
+        // A snapshot keeps its own copy of the nested edit, apart from later changes.
+        auto* compound = new CompoundEffect(*c);
+        if (c->innerEdit()) {
+            EditPtr inner(new Edit());
+            inner->copyStateFrom(*c->innerEdit());
+            compound->setInnerEdit(inner);
+        }
+        copy = compound;
+    } else if (auto* e = dynamic_cast<const EffectInstance_opu4h5a4j*>(&n))
         copy = new EffectInstance_opu4h5a4j(*e);
     else
         copy = new FXGraphNodeBase(n);
@@ -241,6 +266,7 @@ void Edit::copyStateFrom(const Edit& other) {
     // Nodes are copied, then their links are pointed at the copies.
     std::map<const FXGraphNodeBase*, Zk::Ptr<FXGraphNodeBase>> copies;
     nodes_.clear();
+    compounds_ = other.compounds_;
     tagBag_ = TagBag();
     for (const auto& [id, node] : other.nodes_) {
         Zk::Ptr<FXGraphNodeBase> c = shallowCopy(*node);

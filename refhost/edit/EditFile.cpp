@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "host/AliasedInputEffect.h"
+#include "host/CompoundEffect.h"
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/ImageImportEffect.h"
 #include "host/MaterialUsageNode.h"
@@ -144,9 +145,11 @@ private:
             mat.cookie = Cookie::fromString(String(cookie));
             if (!mat.cookie.valid() || mat.cookie.kind() != Cookie::MaterialKind)
                 return fail(m, "expected a material cookie such as \"M1.0.1\"");
-            static const std::set<std::string> sources{"bars", "ramp", "grid", "noise", "tone", "image"};
+            static const std::set<std::string> sources{"bars", "ramp",  "grid", "noise",
+                                                       "tone", "slate", "image"};
             if (!sources.count(source))
-                return fail(*m.find("source"), "expected a source of bars, ramp, grid, noise, tone or image");
+                return fail(*m.find("source"),
+                            "expected a source of bars, ramp, grid, noise, tone, slate or image");
             if (edit_.findMaterial(mat.cookie))
                 return fail(m, "material " + cookie + " is defined twice");
             mat.name = toWide(String(name));
@@ -209,12 +212,15 @@ private:
                 alias->setAliasOf(of);
                 aliases_.push_back({&n, of});
                 node = alias;
+            } else if (kind == "compound") {
+                if (!(node = compound(n, nid)))
+                    return false;
             } else if (kind == "effect") {
                 if (tag.empty())
                     return fail(n, "expected a \"tag\" naming the effect's type");
                 node = Zk::make<EffectInstance_opu4h5a4j>(nid);
             } else {
-                return fail(*n.find("kind"), "expected a kind of effect, image, alias or material");
+                return fail(*n.find("kind"), "expected a kind of effect, image, alias, compound or material");
             }
             if (!tag.empty())
                 node->setTagTypeId(String(tag));
@@ -254,10 +260,13 @@ private:
                     if (!optBool(in, "ghost", slot.ghost))
                         return false;
                     // A slot named without a track gets an internal one; "track": null has none.
+                    auto* inner = dynamic_cast<CompoundEffect*>(node.get());
                     if (const json::Value* t = in.find("track")) {
                         if (!t->isNull() && !id(in, "track", slot.track, false))
                             return false;
-                        if (slot.track.valid())
+                        if (inner && slot.track.valid() && inner->innerEdit()->getIdx(slot.track) < 0)
+                            return fail(*t, "expected a channel of the compound's inner edit");
+                        if (slot.track.valid() && !inner)
                             tracks_.push_back({t, slot.track});
                     } else {
                         slot.track = IdStamp();
@@ -274,6 +283,28 @@ private:
             edit_.addNode(node);
         }
         return true;
+    }
+
+    // A compound effect carries its nested edit in "edit", read as an edit of the same form.
+    Zk::Ptr<FXGraphNodeBase> compound(const json::Value& n, const IdStamp& nid) {
+        auto node = Zk::make<CompoundEffect>(nid);
+        double offset = 0.0;
+        if (!optNumber(n, "offset", offset))
+            return nullptr;
+        node->setTimeOffset(offset);
+        const json::Value* inner = n.find("edit");
+        if (!inner) {
+            fail(n, "expected the nested \"edit\" of a compound effect");
+            return nullptr;
+        }
+        EditPtr innerEdit(new Edit());
+        Loader sub(name_, *innerEdit);
+        if (!sub.load(*inner)) {
+            error = sub.error;
+            return nullptr;
+        }
+        node->setInnerEdit(innerEdit);
+        return node;
     }
 
     bool channels(const json::Value& list) {
@@ -484,7 +515,9 @@ EditPtr open(const std::string& path, std::string& error) {
     return e;
 }
 
-std::string saveToText(const Edit& edit) {
+namespace {
+
+json::Value editToJson(const Edit& edit) {
     json::Value root = json::Value::object();
     root.set("format", json::Value::string("nodedesk-edit"));
     root.set("version", json::Value::number(1));
@@ -550,6 +583,11 @@ std::string saveToText(const Edit& edit) {
         } else if (auto* al = dynamic_cast<const AliasedInputEffect*>(node.get())) {
             o.set("kind", json::Value::string("alias"));
             o.set("of", idValue(al->aliasOf()));
+        } else if (auto* cx = dynamic_cast<const CompoundEffect*>(node.get())) {
+            o.set("kind", json::Value::string("compound"));
+            o.set("offset", json::Value::number(cx->timeOffset()));
+            if (cx->innerEdit())
+                o.set("edit", editToJson(*cx->innerEdit()));
         } else {
             o.set("kind", json::Value::string("effect"));
         }
@@ -588,7 +626,13 @@ std::string saveToText(const Edit& edit) {
         for (const auto& [key, obj] : edit.objects())
             objs.set(key, json::Value::string(base64Encode(codec().pack(edit, key))));
     }
-    return json::write(root);
+    return root;
+}
+
+} // namespace
+
+std::string saveToText(const Edit& edit) {
+    return json::write(editToJson(edit));
 }
 
 bool save(const Edit& edit, const std::string& path, std::string& error) {

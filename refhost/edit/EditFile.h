@@ -5,17 +5,20 @@
 //   { "format": "nodedesk-edit", "version": 1, "name": "...", "cookie": "E1.0.1",
 //     "start": 0, "end": 20, "stereoscopic": false,
 //     "materials": [ { "cookie": "M1.0.1", "name": "...", "source": "bars" | "ramp" | "grid" |
-//                      "noise" | "tone" | "image", "file": "images/x.png" } ],
+//                      "noise" | "tone" | "slate" | "image", "file": "images/x.png" } ],
 //     "channels": [ { "id": "1.0.1", "type": "video" | "audio", "subtype": 1, "name": "V1",
 //                     "group": "9.0.1",
 //                     "events": [ { "start": 0, "end": 5, "black": true }
 //                               | { "start": 5, "end": 9, "material": "M1.0.1", "node": "4.0.1" }
 //                               | { "start": 9, "end": 12, "graph": "5.0.1", "cookie": "G5.0.1" } ] } ],
-//     "nodes": [ { "id": "5.0.1", "kind": "effect" | "image" | "alias" | "material", "name": "...",
+//     "nodes": [ { "id": "5.0.1", "kind": "effect" | "image" | "alias" | "material" | "compound",
+//                  "name": "...",
 //                  "tag": "PixShader:Blur", "enabled": true, "params": { "radius": 2 },
 //                  "file": "...", "of": "7.0.1", "material": "M1.0.1", "audio": false,
 //                  "inputs": [ {}, { "node": "6.0.1" }, { "track": "1.0.2" }, { "track": null },
 //                              { "node": "6.0.2", "ghost": true } ] } ],
+//                  (a compound also has "offset": inner minus outer time, and "edit": { a nested
+//                   edit of this same form, whose channels its inputs' tracks name })
 //     "objects": { "NodePosManager": "<base64 of the object's stream bytes>" } }
 // Events of a channel are in time order and do not overlap; gaps are black.
 #pragma once

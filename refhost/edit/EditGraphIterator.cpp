@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <set>
 
+#include "host/CompoundEffect.h"
 #include "host/Edit.h"
 #include "host/EditGraphSearchScope.h"
 #include "host/FXEditor.h"
@@ -68,13 +69,20 @@ bool EditGraphIterator::startAtChannel(int chanIndex) {
     int ev = edit_->eventAt(chanIndex, time_);
     if (ev < 0)
         return false;
-    Entry e;
-    e.node = edit_->chan(chanIndex).cel->events()[static_cast<size_t>(ev)].node;
-    e.chan = chanIndex;
+    Entry e = rootEntry(chanIndex, edit_->chan(chanIndex).cel->events()[static_cast<size_t>(ev)].node);
     if (!e.node)
         return false;
     path_.push_back(e);
     return true;
+}
+
+EditGraphIterator::Entry EditGraphIterator::rootEntry(int chan, const Zk::Ptr<FXGraphNodeBase>& node) const {
+    Entry e;
+    e.node = node;
+    e.chan = chan;
+    e.edit = edit_;
+    e.time = time_;
+    return e;
 }
 
 int EditGraphIterator::entryIndex(int index) const {
@@ -94,8 +102,11 @@ IdStamp EditGraphIterator::getNodeId(int index) const {
 }
 
 IdStamp EditGraphIterator::getChanId(int index) const {
-    int c = getChanIndex(index);
-    return c < 0 ? IdStamp() : edit_->chan(c).id;
+    int i = entryIndex(index);
+    if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
+        return IdStamp();
+    const Entry& e = path_[static_cast<size_t>(i)];
+    return e.edit->chan(e.chan).id;
 }
 
 int EditGraphIterator::getChanIndex(int index) const {
@@ -114,17 +125,26 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
     if (in.ghost && !traverseGhosts_)
         return false;
     out.parentInput = static_cast<int>(input);
+    out.edit = at.edit;
+    out.time = at.time;
     if (in.node) {
         out.node = in.node;
         out.chan = at.chan;
         return true;
     }
-    if (in.track.valid() && edit_) {
-        int c = edit_->getIdx(in.track);
-        int ev = edit_->eventAt(c, time_); // an internal track is no channel: -1
+    // The tracks of a compound effect are channels of its inner edit, at the inner time.
+    if (auto* compound = dynamic_cast<const CompoundEffect*>(at.node.get())) {
+        if (!compound->innerEdit())
+            return false;
+        out.edit = compound->innerEdit();
+        out.time = at.time + compound->timeOffset();
+    }
+    if (in.track.valid() && out.edit) {
+        int c = out.edit->getIdx(in.track);
+        int ev = out.edit->eventAt(c, out.time); // an internal track is no channel: -1
         if (ev < 0)
             return false;
-        out.node = edit_->chan(c).cel->events()[static_cast<size_t>(ev)].node;
+        out.node = out.edit->chan(c).cel->events()[static_cast<size_t>(ev)].node;
         out.chan = c;
         return static_cast<bool>(out.node);
     }
@@ -146,6 +166,28 @@ bool EditGraphIterator::moveBack() {
         return false;
     path_.pop_back();
     return true;
+}
+
+EditPtr EditGraphIterator::getCurrentPosEdit() const {
+    return path_.empty() ? edit_ : path_.back().edit;
+}
+
+bool EditGraphIterator::isCompoundEffectHead() const {
+    return !path_.empty() && dynamic_cast<const CompoundEffect*>(path_.back().node.get()) != nullptr;
+}
+
+bool EditGraphIterator::moveBackToCompoundEffect() {
+    if (path_.empty())
+        return false;
+    const Edit* here = path_.back().edit.get();
+    for (size_t i = path_.size() - 1; i-- > 0;) {
+        if (path_[i].edit.get() == here)
+            continue;
+        // The first entry of another edit going back is the head whose inputs lead here.
+        path_.resize(i + 1);
+        return true;
+    }
+    return false;
 }
 
 bool EditGraphIterator::searchFrom(const Entry& root, const FXGraphNodeBase* node, const IdStamp* id) {
@@ -210,17 +252,14 @@ bool EditGraphIterator::search(const IdStamp& id, eSearchType type) {
         int ev = edit_->eventAt(c, time_);
         if (ev < 0)
             continue;
-        Entry root;
-        root.node = edit_->chan(c).cel->events()[static_cast<size_t>(ev)].node;
-        root.chan = c;
+        Entry root = rootEntry(c, edit_->chan(c).cel->events()[static_cast<size_t>(ev)].node);
         if (root.node && searchFrom(root, nullptr, &id))
             return true;
     }
     std::vector<IdStamp> orphans;
     FXEditor::findOrphanedComponents(edit_, time_, orphans);
     for (const IdStamp& o : orphans) {
-        Entry root;
-        root.node = edit_->findNode(o);
+        Entry root = rootEntry(-1, edit_->findNode(o));
         if (root.node && searchFrom(root, nullptr, &id))
             return true;
     }
@@ -248,19 +287,35 @@ void EditGraphIterator::findAllComponents(Vector<Zk::Ptr<FXGraphNodeBase>>& out)
 }
 
 NumRange<double, Ordered> EditGraphIterator::getRange(int index, CelEventPair::eRangeType) const {
-    int c = getChanIndex(index);
-    if (c < 0)
+    int i = entryIndex(index);
+    if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
         return NumRange<double, Ordered>(time_, time_);
-    int ev = edit_->eventAt(c, time_);
+    const Entry& at = path_[static_cast<size_t>(i)];
+    int ev = at.edit->eventAt(at.chan, at.time);
     if (ev < 0)
         return NumRange<double, Ordered>(time_, time_);
-    const CelEvent& e = edit_->chan(c).cel->events()[static_cast<size_t>(ev)];
-    return NumRange<double, Ordered>(e.start, e.end);
+    // An inner cel is told in the iterator's own time, cut to the cels that hold it outside.
+    const CelEvent& e = at.edit->chan(at.chan).cel->events()[static_cast<size_t>(ev)];
+    double shift = at.time - time_;
+    double lo = e.start - shift, hi = e.end - shift;
+    if (at.edit.get() != edit_.get())
+        for (int j = i; j-- > 0;) {
+            if (path_[static_cast<size_t>(j)].edit.get() == at.edit.get())
+                continue;
+            NumRange<double, Ordered> outer = getRange(j, CelEventPair::kEventRange);
+            lo = std::max(lo, outer.lo);
+            hi = std::min(hi, outer.hi);
+            break;
+        }
+    return NumRange<double, Ordered>(lo, std::max(lo, hi));
 }
 
 CelEventPair EditGraphIterator::getUTRHandle(int index) const {
-    int c = getChanIndex(index);
-    return c < 0 ? CelEventPair() : CelEventPair(edit_, c, time_);
+    int i = entryIndex(index);
+    if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
+        return CelEventPair();
+    const Entry& at = path_[static_cast<size_t>(i)];
+    return CelEventPair(at.edit, at.chan, at.time);
 }
 
 EditGraphIteratorState EditGraphIterator::getState() const {

@@ -115,7 +115,9 @@ void FXEditor::findOrphanedComponents(EditPtr edit, double, std::vector<IdStamp>
 
 bool FXEditor::destroyNode(EditGraphIterator& it, bool announce) {
     Zk::Ptr<FXGraphNodeBase> node = it.getNode(-1);
-    EditPtr edit = it.getEditH();
+    // A node inside a compound effect lies in its inner edit; the change is told through the
+    // edit the walk started in.
+    EditPtr edit = it.getCurrentPosEdit();
     if (!node || !edit || isPlainMaterial(node.get()))
         return false;
     for (const auto& [id, n] : edit->nodes())
@@ -146,7 +148,7 @@ bool FXEditor::destroyNode(EditGraphIterator& it, bool announce) {
     }
     edit->removeNode(node->getId());
     it.moveBack();
-    edit->addModification(EditModifications(EditModification(kModNodesRemoved, 0)), announce);
+    it.getEditH()->addModification(EditModifications(EditModification(kModNodesRemoved, 0)), announce);
     return true;
 }
 

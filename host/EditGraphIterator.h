@@ -43,7 +43,8 @@ public:
     int depth() const { return static_cast<int>(path_.size()) - 1; }
     Zk::Ptr<FXGraphNodeBase> getNode(int index) const;
     IdStamp getNodeId(int index) const;
-    // -1 the current entry, -2 the one before; a missing entry gives the invalid id and -1.
+    // -1 the current entry, -2 the one before (at the root: the root's own channel); a missing
+    // entry gives the invalid id and -1.
     IdStamp getChanId(int index) const;
     int getChanIndex(int index) const;
     int getParentInputNum() const;

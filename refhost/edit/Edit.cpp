@@ -3,6 +3,8 @@
 #include "host/Edit.h"
 
 #include <algorithm>
+#include <map>
+#include <string>
 
 #include "host/AliasedInputEffect.h"
 #include "host/CompoundEffect.h"
@@ -74,6 +76,25 @@ void EditPtr::i_open(const Cookie& cookie, eEditOpenBehaviour) {
             *this = e;
             return;
         }
+    // A source clip opens as an edit of its own, named after the clip: the edit cookie of a
+    // material of an open edit. It is made once and kept for the process.
+    if (cookie.kind() != Cookie::EditKind)
+        return;
+    static std::map<std::string, EditPtr> sources;
+    for (Edit* e : std::vector<Edit*>(liveEdits())) {
+        for (const EditMaterial& m : e->materials()) {
+            if (m.cookie.id() != cookie.id())
+                continue;
+            EditPtr& source = sources[cookie.asString().c_str()];
+            if (!source) {
+                source = new Edit();
+                source->setCookie(cookie);
+            }
+            source->setName(m.name);
+            *this = source;
+            return;
+        }
+    }
 }
 
 void Edit::getChans(std::vector<IdStamp>& out, unsigned type, unsigned subtypeMask) const {

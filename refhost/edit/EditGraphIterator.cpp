@@ -102,7 +102,7 @@ IdStamp EditGraphIterator::getNodeId(int index) const {
 }
 
 IdStamp EditGraphIterator::getChanId(int index) const {
-    int i = entryIndex(index);
+    int i = index == -2 && path_.size() == 1 ? 0 : entryIndex(index); // as getChanIndex
     if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
         return IdStamp();
     const Entry& e = path_[static_cast<size_t>(i)];
@@ -110,6 +110,10 @@ IdStamp EditGraphIterator::getChanId(int index) const {
 }
 
 int EditGraphIterator::getChanIndex(int index) const {
+    // At the root there is no entry before the current one: the channel the path starts from
+    // stands in for it, so that a root is known by its channel like any other node.
+    if (index == -2 && path_.size() == 1)
+        return path_.front().chan;
     int i = entryIndex(index);
     return i < 0 ? -1 : path_[static_cast<size_t>(i)].chan;
 }

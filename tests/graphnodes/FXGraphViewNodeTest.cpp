@@ -124,7 +124,7 @@ TEST_F(NodeFixture, BoxesNamesAndSwitchedOffNodes) {
     EXPECT_DOUBLE_EQ(r->getRight() - r->getLeft(), 0.125);
     EXPECT_DOUBLE_EQ(r->getTop() - r->getBottom(), 0.125 / (16.0 / 9.0) + 0.025);
     below->setName(L"Under");
-    EXPECT_EQ(std::wstring(r->getName().c_str()), L"Grade") << "a root has no entry before it, so no channel";
+    EXPECT_EQ(std::wstring(r->getName().c_str()), L"V1 : Grade") << "a root is known by its channel";
     EXPECT_EQ(std::wstring(node(2)->getName().c_str()), L"V1 : Under");
     EXPECT_TRUE(r->showInputLabels());
 

@@ -45,7 +45,8 @@ TEST(EditGraphIterator, PathStepsAndChannels) {
     EXPECT_EQ(it.depth(), 0);
     EXPECT_EQ(it.getNode(-1), m.mix);
     EXPECT_EQ(it.getChanId(-1), m.g.chanId(m.v1));
-    EXPECT_FALSE(it.getChanId(-2).valid()) << "no entry before the root";
+    EXPECT_EQ(it.getChanId(-2), m.g.chanId(m.v1)) << "at the root, the channel the path starts from";
+    EXPECT_EQ(it.getNode(-2), nullptr) << "but no node before the root";
     EXPECT_FALSE(it.moveBack()) << "moveBack at the root";
 
     ASSERT_TRUE(it.moveToInput(0));

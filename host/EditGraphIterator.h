@@ -83,6 +83,8 @@ private:
     friend class EditGraphSearchScope;
 
     int entryIndex(int index) const;
+    // The entry whose channel index -2 and the like name; at the root, -2 is the root itself.
+    int chanEntryIndex(int index) const;
     bool startAtChannel(int chanIndex);
     bool searchFrom(const Entry& root, const FXGraphNodeBase* node, const IdStamp* id);
     bool resolveInput(const Entry& at, unsigned input, Entry& out) const;

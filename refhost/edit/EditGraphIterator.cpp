@@ -102,19 +102,23 @@ IdStamp EditGraphIterator::getNodeId(int index) const {
 }
 
 IdStamp EditGraphIterator::getChanId(int index) const {
-    int i = index == -2 && path_.size() == 1 ? 0 : entryIndex(index); // as getChanIndex
+    int i = chanEntryIndex(index);
     if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
         return IdStamp();
     const Entry& e = path_[static_cast<size_t>(i)];
     return e.edit->chan(e.chan).id;
 }
 
-int EditGraphIterator::getChanIndex(int index) const {
+int EditGraphIterator::chanEntryIndex(int index) const {
     // At the root there is no entry before the current one: the channel the path starts from
     // stands in for it, so that a root is known by its channel like any other node.
     if (index == -2 && path_.size() == 1)
-        return path_.front().chan;
-    int i = entryIndex(index);
+        return 0;
+    return entryIndex(index);
+}
+
+int EditGraphIterator::getChanIndex(int index) const {
+    int i = chanEntryIndex(index);
     return i < 0 ? -1 : path_[static_cast<size_t>(i)].chan;
 }
 
@@ -315,7 +319,7 @@ NumRange<double, Ordered> EditGraphIterator::getRange(int index, CelEventPair::e
 }
 
 CelEventPair EditGraphIterator::getUTRHandle(int index) const {
-    int i = entryIndex(index);
+    int i = chanEntryIndex(index);
     if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
         return CelEventPair();
     const Entry& at = path_[static_cast<size_t>(i)];

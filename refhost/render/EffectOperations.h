@@ -1,5 +1,29 @@
 // EffectOperations: the image operation behind each effect tag of the reference host, applied to
-// working images (float RGBA, premultiplied, top row first).
+// working images (float RGBA, premultiplied, top row first). The tags, their inputs and their
+// parameters (with the value taken when a parameter is not set), the shader tags without their
+// "PixShader:" and ".fx":
+//   Blur:gaussian      radius 5 (the deviation, in the edit's pixels)
+//   Colour:correct     gain 1; red, green, blue 1 (gains); saturation 1; contrast 1; lift 0; gamma 1
+//   Colour:mono        amount 1 (0 leaves the colour)
+//   Colour:sepia       amount 1
+//   Geometry:vignette  amount 0.5 (darkening at the corners); size 0.4 (where it starts, of the
+//                      way from the centre to a corner)
+//   Geometry:crop      left, right, top, bottom 0 (fractions of the frame cut to clear black)
+//   Mix:pip            0 background, 1 inset; scale 0.25; x, y 0.75 (the inset's centre, from the
+//                      left and from the bottom)
+//   Mix:key            0 foreground, 1 background, 2 an optional matte whose brightness is the
+//                      foreground's opacity; without one a colour key: red 0, green 1, blue 0,
+//                      tolerance 0.3, softness 0.1
+//   Mix:over           0 laid over 1 at opacity 0.5, so that both show, as a glow needs
+//   Mix:mix3           the inputs that have a picture, weighted by balance 0.5: 0 the first
+//                      alone, 0.5 all alike, 1 the last alone
+//   Mix:split          0 left of position 0.5 (of the width), 1 right of it
+//   Mattes:flatcol     red, green, blue 0; alpha 1
+//   Mattes:gradients:linear  from red1, green1, blue1 (0) to red2, green2, blue2 (1) along angle
+//                      0 (degrees: 0 left to right, 90 bottom to top)
+//   Stereo:converge    offset 0 (the shift between the eyes; a still shows the left eye)
+//   Transition:Dissolve, Transition:Wipe   0 outgoing, 1 incoming, by how far through its cel
+//                      the transition is; a wipe comes in from the left
 #pragma once
 
 #include <OpenImageIO/imagebuf.h>

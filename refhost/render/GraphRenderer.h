@@ -11,6 +11,7 @@
 //     input through unchanged (nothing when that input has nothing);
 //   - an imported image: its file fitted to the frame;
 //   - an alias: the picture of the node it repeats, wherever that stands in the edit.
+// Nodes deeper than kMaxDepth links below are cut off as inputs with nothing.
 // A node whose own picture cannot be made (an image file that is missing or is no image) fails;
 // to its parents it is an input with nothing, so the rest of the graph still renders.
 #pragma once
@@ -30,6 +31,8 @@ public:
     GraphRenderer(int width, int height, int editHeight);
 
     using Picture = std::shared_ptr<const OIIO::ImageBuf>;
+    // Nodes more than this many links below the still's node give nothing: the walk recurses.
+    static constexpr int kMaxDepth = 256;
 
     // The picture of the iterator's node (shared with the pictures of the render, not to be
     // changed); null when it cannot be made.
@@ -39,8 +42,6 @@ public:
     size_t nodesRendered() const { return done_.size(); }
 
 private:
-    static constexpr int kMaxDepth = 256;
-
     Picture renderNode(const EditGraphIterator& it, int level);
     Picture renderUncached(const EditGraphIterator& it, const FXGraphNodeBase& node, int level);
     Picture imageFile(const String& name);

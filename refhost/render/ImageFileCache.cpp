@@ -4,7 +4,9 @@
 #include <OpenImageIO/imageio.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
+#include <initializer_list>
 #include <system_error>
 
 #include "host/ImageConverter.h"
@@ -42,9 +44,36 @@ std::string ImageFileCache::resolve(const std::string& name) const {
     return {};
 }
 
+const char* ImageFileCache::formatOf(const std::string& path) {
+    unsigned char head[8] = {};
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (!f)
+        return nullptr;
+    const size_t n = std::fread(head, 1, sizeof head, f);
+    std::fclose(f);
+    auto is = [&](std::initializer_list<unsigned char> magic) {
+        return n >= magic.size() && std::equal(magic.begin(), magic.end(), head);
+    };
+    if (is({0x89, 'P', 'N', 'G', 0x0d, 0x0a, 0x1a, 0x0a}))
+        return "png";
+    if (is({0xff, 0xd8, 0xff}))
+        return "jpeg";
+    if (is({'I', 'I', 42, 0}) || is({'M', 'M', 0, 42}))
+        return "tiff";
+    if (is({'B', 'M'}))
+        return "bmp";
+    return nullptr;
+}
+
 Zk::Ptr<Zk::Image::Surface> ImageFileCache::readFile(const std::string& path) {
-    auto in = OIIO::ImageInput::open(path);
-    if (!in) {
+    const char* format = formatOf(path);
+    if (!format)
+        return nullptr;
+    auto in = OIIO::ImageInput::create(format);
+    OIIO::ImageSpec header;
+    if (!in || !in->open(path, header)) {
+        if (in)
+            in->geterror();
         OIIO::geterror(); // taken, so that the library does not print it later
         return nullptr;
     }
@@ -53,22 +82,26 @@ Zk::Ptr<Zk::Image::Surface> ImageFileCache::readFile(const std::string& path) {
     const int h = spec.height;
     const int nch = spec.nchannels;
     if (w <= 0 || h <= 0 || w > kMaxSide || h > kMaxSide || int64_t(w) * h > kMaxPixels || nch <= 0 ||
-        spec.depth > 1) {
+        nch > kMaxChannels || spec.depth > 1) {
         in->close();
         return nullptr;
     }
+    // Row by row, so that no more than one row is held besides the picture. A tiled file is read
+    // whole, its first four channels only.
+    const bool tiled = spec.tile_width > 0;
+    const int stride = tiled ? std::min(nch, 4) : nch;
     const int used = std::min(nch, 4);
-    std::vector<uint8_t> data(static_cast<size_t>(w) * h * used);
-    const bool ok = in->read_image(0, 0, 0, used, OIIO::TypeDesc::UINT8, data.data());
-    in->geterror();
-    in->close();
-    if (!ok)
-        return nullptr;
+    std::vector<uint8_t> data(static_cast<size_t>(w) * stride * (tiled ? h : 1));
     auto surface = Zk::make<Zk::Image::Surface>(w, h);
-    const uint8_t* p = data.data();
-    for (int y = 0; y < h; ++y) {
+    bool ok = !tiled || in->read_image(0, 0, 0, stride, OIIO::TypeDesc::UINT8, data.data());
+    for (int y = 0; ok && y < h; ++y) {
+        const uint8_t* p = data.data();
+        if (tiled)
+            p += static_cast<size_t>(y) * w * stride;
+        else
+            ok = in->read_scanline(spec.y + y, spec.z, OIIO::TypeDesc::UINT8, data.data());
         uint32_t* row = surface->row(y);
-        for (int x = 0; x < w; ++x, p += used) {
+        for (int x = 0; x < w; ++x, p += stride) {
             uint32_t r, g, b, a = 255;
             if (used >= 3) {
                 r = p[0];
@@ -84,7 +117,9 @@ Zk::Ptr<Zk::Image::Surface> ImageFileCache::readFile(const std::string& path) {
             row[x] = a << 24 | r << 16 | g << 8 | b;
         }
     }
-    return surface;
+    in->geterror(); // taken, so that the library does not print it later
+    in->close();
+    return ok ? surface : nullptr;
 }
 
 Zk::Ptr<Zk::Image::Surface> ImageFileCache::loadImage(const WString& name, uint32_t dataFormat, int width,

@@ -16,6 +16,7 @@ public:
     // The largest picture read, in pixels: larger files are refused rather than allocated.
     static constexpr int64_t kMaxPixels = int64_t(1) << 23;
     static constexpr int kMaxSide = 16384;
+    static constexpr int kMaxChannels = 64;
 
     static ImageFileCache& instance();
 
@@ -28,8 +29,13 @@ public:
     // The file a name stands for, empty when none exists.
     std::string resolve(const std::string& name) const;
 
-    // Reads a file without keeping it; null for anything that is no readable picture.
+    // Reads a file without keeping it; null for anything that is no readable picture. Stills are
+    // PNG, JPEG, TIFF and BMP files, known by their first bytes whatever their names; only their
+    // readers are tried, which read no more than the header before the size is checked. Formats
+    // whose readers allocate what a header claims before that check are not read.
     static Zk::Ptr<Zk::Image::Surface> readFile(const std::string& path);
+    // The image library's name of the file's format, null for none of those.
+    static const char* formatOf(const std::string& path);
 
     void clear() { entries_.clear(); }
     size_t size() const { return entries_.size(); }

@@ -12,6 +12,7 @@
 #include "host/Edit.h"
 #include "host/ImageImportEffect.h"
 #include "host/MaterialUsageNode.h"
+#include "refhost/render/GraphRenderer.h"
 #include "refhost/render/ImageFileCache.h"
 
 namespace Render {
@@ -58,7 +59,8 @@ public:
         key_ += buf;
         // A node met again on its own path is a cycle, and one met before elsewhere is already
         // told in full: only its name is written again.
-        if (onPath_.count(node.get()) || !told_.insert(node.get()).second || level > kMaxDepth) {
+        if (onPath_.count(node.get()) || !told_.insert(node.get()).second ||
+            level > GraphRenderer::kMaxDepth) {
             key_ += "]";
             return;
         }
@@ -95,7 +97,6 @@ public:
     }
 
 private:
-    static constexpr int kMaxDepth = 512;
     std::string& key_;
     std::set<const FXGraphNodeBase*> onPath_;
     std::set<const FXGraphNodeBase*> told_;

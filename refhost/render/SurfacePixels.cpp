@@ -40,7 +40,7 @@ namespace {
 uint32_t toByte(float v) {
     if (!(v > 0.f)) // also NaN
         return 0;
-    return v >= 1.f ? 255u : static_cast<uint32_t>(std::lround(v * 255.f));
+    return v >= 1.f ? 255u : static_cast<uint32_t>(v * 255.f + 0.5f);
 }
 } // namespace
 

@@ -48,7 +48,18 @@ TEST(ImageFiles, ReadsKeepsAndNoticesChanges) {
     auto second = api.loadImage(toWide(String(copy.c_str())), 0x42475241, 0, 0);
     ASSERT_TRUE(second);
     EXPECT_EQ(second->width(), 64);
+
+    // The format is told by the first bytes, not by the name.
+    const std::string named = std::string(NODEDESK_BINARY_DIR) + "/render-png-named.jpg";
+    std::filesystem::copy_file(NODEDESK_SOURCE_DIR "/samples/images/checker.png", named,
+                               std::filesystem::copy_options::overwrite_existing);
+    EXPECT_STREQ(ImageFileCache::formatOf(named), "png");
+    auto renamed = ImageFileCache::readFile(named);
+    ASSERT_TRUE(renamed);
+    EXPECT_EQ(renamed->width(), 64);
+    EXPECT_EQ(ImageFileCache::formatOf(kMalformed + "image-text.jpg"), nullptr);
     std::filesystem::remove(copy);
+    std::filesystem::remove(named);
 }
 
 TEST(ImageFiles, MissingAndMalformedFilesGiveNull) {

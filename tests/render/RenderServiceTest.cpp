@@ -258,6 +258,27 @@ TEST(RenderService, TracksAliasesAndCycles) {
     EXPECT_EQ(at(*s, 0, 0).a, 0);
 }
 
+// A long chain renders to its bottom; past the depth limit the rest is cut off, not recursed.
+TEST(RenderService, LongChainsAreCutAtTheDepthLimit) {
+    GraphBuilder g;
+    int v1 = g.channel(L"V1");
+    Zk::Ptr<FXGraphNodeBase> below = flat(g, 1, 0, 0, 1);
+    std::vector<Zk::Ptr<EffectInstance_opu4h5a4j>> chain;
+    for (uint32_t n = 0; n < 400; ++n) {
+        auto fx = g.effect(10 + n, 1, "PixShader:Colour:correct.fx");
+        GraphBuilder::link(fx, 0, below);
+        chain.push_back(fx);
+        below = fx;
+    }
+    g.graphEvent(v1, 0, 10, chain.back());
+    auto s = still(g.edit, v1, 1, 8, 8, chain[200].get());
+    ASSERT_TRUE(s);
+    expectNear(at(*s, 1, 1), 0, 0, 255, 0, "200 links down");
+    s = still(g.edit, v1, 1, 8, 8);
+    ASSERT_TRUE(s);
+    EXPECT_EQ(at(*s, 1, 1).a, 0) << "the matte is past the limit";
+}
+
 TEST(RenderService, FailuresGiveNullStills) {
     std::vector<std::string> log;
     setLogSink([&](const std::string& line) { log.push_back(line); });

@@ -18,15 +18,22 @@
 
 namespace {
 
-int usage() {
-    std::fprintf(stderr,
-                 "usage: nodedesk-workbench [EDIT] [--time T] [--headless] [--snapshot FILE] [--size WxH]\n");
-    return 2;
-}
+const char kUsage[] =
+    "usage: nodedesk-workbench [EDIT] [--time T] [--headless --snapshot FILE.png] [--size WxH]";
 
 int fail(const std::string& message) {
     std::fprintf(stderr, "nodedesk-workbench: %s\n", message.c_str());
     return 2;
+}
+
+// True when a window can be shown: a display server to talk to, and a platform that draws on it.
+bool haveDisplay() {
+    const char* platform = std::getenv("QT_QPA_PLATFORM");
+    if (platform && (!std::strcmp(platform, "offscreen") || !std::strcmp(platform, "minimal")))
+        return false;
+    const char* x = std::getenv("DISPLAY");
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    return (x && *x) || (wayland && *wayland);
 }
 
 } // namespace
@@ -34,28 +41,52 @@ int fail(const std::string& message) {
 int main(int argc, char** argv) {
     bool headless = false;
     std::string snapshot;
-    std::string editPath = std::string(NODEDESK_SOURCE_DIR) + "/samples/showcase.edit.json";
+    std::string editPath;
     double time = NAN;
     int w = 900, h = 600;
     for (int i = 1; i < argc; ++i) {
-        if (!std::strcmp(argv[i], "--headless")) {
+        const std::string a = argv[i];
+        if (a == "--help" || a == "-h") {
+            std::puts(kUsage);
+            return 0;
+        }
+        if (a == "--headless") {
             headless = true;
-        } else if (!std::strcmp(argv[i], "--snapshot") && i + 1 < argc) {
-            snapshot = argv[++i];
-        } else if (!std::strcmp(argv[i], "--size") && i + 1 < argc) {
-            if (std::sscanf(argv[++i], "%dx%d", &w, &h) != 2 || w < 200 || h < 150 || w > 8000 || h > 8000)
-                return usage();
-        } else if (!std::strcmp(argv[i], "--time") && i + 1 < argc) {
-            char* end = nullptr;
-            time = std::strtod(argv[++i], &end);
-            if (*end != '\0' || !std::isfinite(time))
-                return fail(std::string("--time takes a number of seconds, not '") + argv[i] + "'");
-        } else if (argv[i][0] != '-') {
-            editPath = argv[i];
+            continue;
+        }
+        if (a == "--snapshot" || a == "--size" || a == "--time") {
+            if (i + 1 >= argc)
+                return fail(a + " needs a value; " + kUsage);
+            const std::string v = argv[++i];
+            if (a == "--snapshot") {
+                if (v.empty())
+                    return fail("--snapshot needs a file name");
+                snapshot = v;
+            } else if (a == "--size") {
+                int used = 0;
+                if (std::sscanf(v.c_str(), "%dx%d%n", &w, &h, &used) != 2 ||
+                    used != static_cast<int>(v.size()) || w < 200 || h < 150 || w > 8000 || h > 8000)
+                    return fail("--size takes WIDTHxHEIGHT from 200x150 to 8000x8000, not '" + v + "'");
+            } else {
+                char* end = nullptr;
+                time = std::strtod(v.c_str(), &end);
+                if (v.empty() || *end != '\0' || !std::isfinite(time))
+                    return fail("--time takes a number of seconds, not '" + v + "'");
+            }
+        } else if (!a.empty() && a[0] == '-') {
+            return fail("unknown flag '" + a + "'; " + kUsage);
+        } else if (editPath.empty()) {
+            editPath = a;
         } else {
-            return usage();
+            return fail(std::string("one edit at a time; ") + kUsage);
         }
     }
+    if (headless && snapshot.empty())
+        return fail("--headless draws only into a --snapshot FILE; give one");
+    if (!headless && snapshot.empty() && !haveDisplay())
+        return fail("no display to open a window on; use --headless --snapshot FILE.png");
+    if (editPath.empty())
+        editPath = std::string(NODEDESK_SOURCE_DIR) + "/samples/showcase.edit.json";
     if (headless)
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
 

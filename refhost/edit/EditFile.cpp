@@ -5,6 +5,7 @@
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <sys/stat.h>
 
 #include "host/AliasedInputEffect.h"
 #include "host/EffectInstance_opu4h5a4j.h"
@@ -339,13 +340,22 @@ private:
                     return false;
                 if (!nid.valid())
                     nid = edit_.newId();
-                if (edit_.findNode(nid))
-                    return fail(e, "node " + nid.asString().str() + " is defined twice");
-                bool ok;
-                auto node = materialNode(*m, nid, m->asString(), ok);
-                if (!ok)
-                    return false;
-                edit_.addNode(node);
+                // Events may share one material node (an effect removed from between two cuts
+                // hands both its events the same source); the second names the first's node.
+                Zk::Ptr<MaterialUsageNode> node;
+                if (Zk::Ptr<FXGraphNodeBase> known = edit_.findNode(nid)) {
+                    node = Zk::dynamicCast<MaterialUsageNode>(known);
+                    if (!node || !inEvents_.count(node.get()) ||
+                        node->material() != Cookie::fromString(String(m->asString())))
+                        return fail(e, "node " + nid.asString().str() + " is defined twice");
+                } else {
+                    bool ok;
+                    node = materialNode(*m, nid, m->asString(), ok);
+                    if (!ok)
+                        return false;
+                    edit_.addNode(node);
+                    inEvents_.insert(node.get());
+                }
                 ev.kind = CelEvent::Material;
                 ev.strip = node->material();
                 ev.node = node;
@@ -435,6 +445,7 @@ private:
     std::vector<Alias> aliases_;
     std::vector<Alias> tracks_;
     std::vector<FXGraphNodeBase::Input*> unnamedTracks_;
+    std::set<const FXGraphNodeBase*> inEvents_; // material nodes made by events
 };
 
 json::Value idValue(const IdStamp& id) {
@@ -467,14 +478,30 @@ bool loadFromText(const std::string& text, const std::string& name, Edit& into, 
 }
 
 bool load(const std::string& path, Edit& into, std::string& error) {
+    // Only a regular file of a bounded size is read: a device or a pipe could give bytes forever.
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) {
+        error = path + ": cannot be opened";
+        return false;
+    }
+    if (!S_ISREG(st.st_mode)) {
+        error = path + ": not a regular file";
+        return false;
+    }
+    if (static_cast<uint64_t>(st.st_size) > kMaxFileBytes) {
+        error = path + ": " + std::to_string(st.st_size) + " bytes, more than the " +
+                std::to_string(kMaxFileBytes) + " an edit file may have";
+        return false;
+    }
     std::ifstream f(path, std::ios::binary);
     if (!f) {
         error = path + ": cannot be opened";
         return false;
     }
-    std::ostringstream buf;
-    buf << f.rdbuf();
-    return loadFromText(buf.str(), path, into, error);
+    std::string text(static_cast<size_t>(st.st_size), '\0');
+    f.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<size_t>(f.gcount()));
+    return loadFromText(text, path, into, error);
 }
 
 EditPtr open(const std::string& path, std::string& error) {

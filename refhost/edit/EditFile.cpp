@@ -458,7 +458,10 @@ void setObjectCodec(const ObjectCodec& c) {
     codec() = c;
 }
 
-bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
+namespace {
+
+// Reads `text` into `fresh`, an edit that nobody else sees yet.
+bool loadInto(const std::string& text, const std::string& name, Edit& fresh, std::string& error) {
     json::Value root;
     json::ParseError pe;
     if (!json::parse(text, root, pe)) {
@@ -467,17 +470,16 @@ bool loadFromText(const std::string& text, const std::string& name, Edit& into, 
         error = s.str();
         return false;
     }
-    Zk::Ptr<Edit> fresh = Zk::make<Edit>();
-    Loader loader(name, *fresh);
+    Loader loader(name, fresh);
     if (!loader.load(root)) {
         error = loader.error;
         return false;
     }
-    into.copyStateFrom(*fresh);
     return true;
 }
 
-bool load(const std::string& path, Edit& into, std::string& error) {
+// The text of an edit file, if it is a regular file within the size limit.
+bool readFile(const std::string& path, std::string& text, std::string& error) {
     // Only a regular file of a bounded size is read: a device or a pipe could give bytes forever.
     struct stat st {};
     if (::stat(path.c_str(), &st) != 0) {
@@ -498,15 +500,32 @@ bool load(const std::string& path, Edit& into, std::string& error) {
         error = path + ": cannot be opened";
         return false;
     }
-    std::string text(static_cast<size_t>(st.st_size), '\0');
+    text.assign(static_cast<size_t>(st.st_size), '\0');
     f.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<size_t>(f.gcount()));
-    return loadFromText(text, path, into, error);
+    return true;
+}
+
+} // namespace
+
+bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
+    Zk::Ptr<Edit> fresh = Zk::make<Edit>();
+    if (!loadInto(text, name, *fresh, error))
+        return false;
+    into.copyStateFrom(*fresh);
+    return true;
+}
+
+bool load(const std::string& path, Edit& into, std::string& error) {
+    std::string text;
+    return readFile(path, text, error) && loadFromText(text, path, into, error);
 }
 
 EditPtr open(const std::string& path, std::string& error) {
+    // A new edit is read in place: no copy of what was read.
     EditPtr e(new Edit());
-    if (!load(path, *e, error))
+    std::string text;
+    if (!readFile(path, text, error) || !loadInto(text, path, *e, error))
         return EditPtr();
     return e;
 }

@@ -11,11 +11,6 @@
 
 namespace {
 
-struct IdStampHash {
-    size_t operator()(const IdStamp& id) const {
-        return std::hash<uint64_t>()((uint64_t{id.a()} << 40) ^ (uint64_t{id.b()} << 20) ^ id.c());
-    }
-};
 
 // For each channel, the lowest-numbered other channel whose graph at `time` takes it in through
 // a track input, or -1. One walk over each channel's graph, so the whole table costs what the
@@ -323,4 +318,22 @@ bool EditGraphIterator::operator==(const EditGraphIterator& o) const {
         if (path_[i].node != o.path_[i].node || path_[i].parentInput != o.path_[i].parentInput)
             return false;
     return true;
+}
+
+// Lives beside the iterator, whose table of consumers it shares.
+void findAllRootNodeChans(const EditPtr& edit, double time, std::vector<IdStamp>& out, EditChanType type) {
+    if (!edit)
+        return;
+    // A channel holds a root when it has a graph and shows itself: no other channel's graph
+    // takes it in, or it stands for a ring of channels that feed each other.
+    const std::vector<int> primary = primaryTable(consumerTable(*edit, time));
+    for (int c = 0; c < edit->numChans(); ++c) {
+        if (edit->getChanType(c) != type)
+            continue;
+        const int ev = edit->eventAt(c, time);
+        if (ev < 0 || !edit->chan(c).cel->events()[static_cast<size_t>(ev)].node)
+            continue;
+        if (primary[static_cast<size_t>(c)] == c)
+            out.push_back(edit->chan(c).id);
+    }
 }

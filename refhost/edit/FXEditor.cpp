@@ -293,16 +293,3 @@ bool FXEditor::cycleInputs(EditGraphIterator& it, bool announce) {
         edit_->addModification(EditModifications(EditModification(5)), announce);
     return true;
 }
-
-void findAllRootNodeChans(const EditPtr& edit, double time, std::vector<IdStamp>& out, EditChanType type) {
-    if (!edit)
-        return;
-    // A channel holds a root when it has content and no other channel's graph takes it in.
-    for (int c = 0; c < edit->numChans(); ++c) {
-        if (edit->getChanType(c) != type || edit->eventAt(c, time) < 0)
-            continue;
-        EditGraphIterator primary(edit, c, time, EditGraphIterator::optPrimary);
-        if (primary.isValid() && primary.getChanIndex(0) == c)
-            out.push_back(edit->chan(c).id);
-    }
-}

@@ -106,7 +106,8 @@ TEST(StrmProgram, ReadsTheObjectsOfAnEditFile) {
 }
 
 TEST(Programs, HelpIsUsageAndCodeZero) {
-    for (const char* program : {"nodedesk-layout", "nodedesk-strm", "nodedesk-workbench"}) {
+    for (const char* program :
+         {"nodedesk-layout", "nodedesk-strm", "nodedesk-workbench", "nodedesk-generate"}) {
         ProgramRun r = run(std::string(program) + " --help");
         EXPECT_EQ(r.code, 0) << program << ": " << r.out;
         EXPECT_EQ(r.out.rfind("usage: ", 0), 0u) << program << ": " << r.out;
@@ -168,4 +169,33 @@ TEST(StrmProgram, PrintsWhatAFileHoldsSafely) {
     r = run("nodedesk-strm " + write("huge.strm", huge));
     EXPECT_NE(r.out.find("/2817523712 bytes unread"), std::string::npos) << r.out;
     EXPECT_EQ(r.out.find("-1"), std::string::npos) << r.out;
+}
+
+TEST(GenerateProgram, WritesTheSameEditForTheSameSeed) {
+    const std::string a = testing::TempDir() + "/gen-a.edit.json",
+                      b = testing::TempDir() + "/gen-b.edit.json";
+    ProgramRun r = run("nodedesk-generate --nodes 40 --seed 5 --shared 0.3 " + a);
+    ASSERT_EQ(r.code, 0) << r.out;
+    r = run("nodedesk-generate --seed 5 --shared 0.3 --nodes 40 " + b);
+    ASSERT_EQ(r.code, 0) << r.out;
+    auto slurp = [](const std::string& path) {
+        std::string text;
+        FILE* f = std::fopen(path.c_str(), "rb");
+        for (int c; f && (c = std::fgetc(f)) != EOF;)
+            text += static_cast<char>(c);
+        if (f)
+            std::fclose(f);
+        return text;
+    };
+    EXPECT_FALSE(slurp(a).empty());
+    EXPECT_EQ(slurp(a), slurp(b));
+    ProgramRun layout = run("nodedesk-layout " + a);
+    EXPECT_EQ(layout.code, 0) << layout.out;
+    for (const std::string& bad :
+         {std::string("--nodes 0 --seed 1 x"), std::string("--nodes 5 --seed -1 x"),
+          std::string("--nodes 5 x"), std::string("--nodes 5 --seed 1 --shared 2 x")}) {
+        ProgramRun refused = run("nodedesk-generate " + bad);
+        EXPECT_EQ(refused.code, 2) << bad;
+        EXPECT_EQ(std::count(refused.out.begin(), refused.out.end(), '\n'), 1) << bad << ": " << refused.out;
+    }
 }

@@ -460,8 +460,10 @@ void setObjectCodec(const ObjectCodec& c) {
 
 namespace {
 
-// Reads `text` into `fresh`, an edit that nobody else sees yet.
-bool loadInto(const std::string& text, const std::string& name, Edit& fresh, std::string& error) {
+// Reads `text` into `fresh`, an edit that nobody else sees yet. `owner`, when given, holds the
+// text and is emptied once it is parsed, so that the text and the model are never held together.
+bool loadInto(const std::string& text, std::string* owner, const std::string& name, Edit& fresh,
+              std::string& error) {
     json::Value root;
     json::ParseError pe;
     if (!json::parse(text, root, pe)) {
@@ -470,6 +472,8 @@ bool loadInto(const std::string& text, const std::string& name, Edit& fresh, std
         error = s.str();
         return false;
     }
+    if (owner)
+        std::string().swap(*owner);
     Loader loader(name, fresh);
     if (!loader.load(root)) {
         error = loader.error;
@@ -510,7 +514,7 @@ bool readFile(const std::string& path, std::string& text, std::string& error) {
 
 bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
     Zk::Ptr<Edit> fresh = Zk::make<Edit>();
-    if (!loadInto(text, name, *fresh, error))
+    if (!loadInto(text, nullptr, name, *fresh, error))
         return false;
     into.copyStateFrom(*fresh);
     return true;
@@ -525,7 +529,7 @@ EditPtr open(const std::string& path, std::string& error) {
     // A new edit is read in place: no copy of what was read.
     EditPtr e(new Edit());
     std::string text;
-    if (!readFile(path, text, error) || !loadInto(text, path, *e, error))
+    if (!readFile(path, text, error) || !loadInto(text, &text, path, *e, error))
         return EditPtr();
     return e;
 }

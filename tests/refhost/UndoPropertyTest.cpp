@@ -1,6 +1,8 @@
-// Undo under random edits: seeded sequences of changes through the editor's operations, each its
-// own undo step. After every step the edit saves and loads back to the same text; undoing every
-// step gives the first edit back byte for byte, and redoing them all gives the last.
+// Undo under random edits: seeded sequences of changes through the editor's operations (wiring,
+// templates, removal, switches, parameters, inputs turned round) and to the time lines (cuts
+// moved, cels added and blacked out), each its own undo step. After every step the edit saves and loads back
+// to the same text; undoing every step gives the first edit back byte for byte, and redoing them all gives
+// the last.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -10,6 +12,7 @@
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/EffectTemplateManager.h"
 #include "host/FXEditor.h"
+#include "host/MaterialUsageNode.h"
 #include "host/VobManager.h"
 #include "refhost/edit/EditFile.h"
 
@@ -34,7 +37,7 @@ public:
         FXEditor ed(edit_);
         Zk::Ptr<FXGraphNodeBase> node = anyNode();
         auto* fx = dynamic_cast<EffectInstance_opu4h5a4j*>(node.get());
-        switch (rng_() % 7) {
+        switch (rng_() % 10) {
         case 0: { // wire
             Zk::Ptr<FXGraphNodeBase> from = anyNode();
             if (!fx || !from || fx->getNumInputs() == 0)
@@ -80,16 +83,78 @@ public:
             fx->setParam("amount", static_cast<double>(rng_() % 1000) / 8.0);
             edit_->addModification(EditModifications(EditModification(11)), true);
             return "param";
-        default: { // turn the inputs round
+        case 6: { // turn the inputs round
             if (!fx)
                 return "cycle: none";
             EditGraphIterator it = FXEditor::getIteratorFor(edit_, node->getId(), t, 9);
             return ed.cycleInputs(it, true) ? "cycle" : "cycle: refused";
         }
+        case 7:
+            return moveACut();
+        case 8:
+            return addACel();
+        default:
+            return removeACel();
         }
     }
 
 private:
+    std::vector<CelEvent>& eventsOf(int chan) { return edit_->chan(chan).cel->events(); }
+    void announce() { edit_->addModification(EditModifications(EditModification(kModEffectGraph, 0)), true); }
+
+    // Slides the cut between two abutting events of a channel; both keep some length.
+    std::string moveACut() {
+        if (edit_->numChans() == 0)
+            return "cut: none";
+        auto& evs = eventsOf(static_cast<int>(rng_() % static_cast<unsigned>(edit_->numChans())));
+        for (size_t i = 0; i + 1 < evs.size(); ++i) {
+            if (evs[i].end != evs[i + 1].start)
+                continue;
+            const double lo = evs[i].start, hi = evs[i + 1].end;
+            const double at = lo + (hi - lo) * (1 + static_cast<double>(rng_() % 7)) / 8.0;
+            evs[i].end = evs[i + 1].start = at;
+            announce();
+            return "cut";
+        }
+        return "cut: none";
+    }
+    // Puts a cel of an edit's material after the last event of a channel.
+    std::string addACel() {
+        if (edit_->numChans() == 0 || edit_->materials().empty())
+            return "add cel: none";
+        const int chan = static_cast<int>(rng_() % static_cast<unsigned>(edit_->numChans()));
+        const EditMaterial& m = edit_->materials()[rng_() % edit_->materials().size()];
+        auto node = Zk::make<MaterialUsageNode>(edit_->newId(), m.cookie);
+        node->setName(m.name);
+        node->setSource(m.source);
+        node->setFile(m.file);
+        node->setChanType(edit_->getChanType(chan));
+        edit_->addNode(node);
+        CelEvent e;
+        e.start = edit_->chan(chan).cel->get_end_time();
+        e.end = e.start + 1 + static_cast<double>(rng_() % 4);
+        e.kind = CelEvent::Material;
+        e.strip = m.cookie;
+        e.node = node;
+        eventsOf(chan).push_back(e);
+        announce();
+        return "add cel";
+    }
+    // Blacks out one event of a channel: what it showed stays in the edit, detached.
+    std::string removeACel() {
+        if (edit_->numChans() == 0)
+            return "remove cel: none";
+        auto& evs = eventsOf(static_cast<int>(rng_() % static_cast<unsigned>(edit_->numChans())));
+        if (evs.empty())
+            return "remove cel: none";
+        CelEvent& e = evs[rng_() % evs.size()];
+        e.kind = CelEvent::Black;
+        e.strip = Cookie();
+        e.node = nullptr;
+        announce();
+        return "remove cel";
+    }
+
     double uniform() { return static_cast<double>(rng_() % 10000) / 10000.0; }
     Zk::Ptr<FXGraphNodeBase> anyNode() {
         const auto& nodes = edit_->nodes();

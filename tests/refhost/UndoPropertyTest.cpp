@@ -19,7 +19,7 @@
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int kSequences = 40;
+constexpr int kSequences = 20;
 #else
 constexpr int kSequences = 1000;
 #endif

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <unordered_map>
 #include <string>
 #include <vector>
 
@@ -141,6 +142,10 @@ private:
     ShotVideoMetadata videoMetadata_;
     bool dirty_ = false;
     std::vector<EditChannel> chans_;
+    // Channel numbers by id for the first `indexedChans_` channels; channels are appended or
+    // replaced all at once, and their ids are never changed in place.
+    mutable std::unordered_map<IdStamp, int, IdStampHash> chanIndex_;
+    mutable size_t indexedChans_ = 0;
     std::map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampLess> nodes_;
     std::vector<IdStamp> compounds_; // the nodes of nodes_ that are compound effects
     std::vector<EditMaterial> materials_;

@@ -2,7 +2,9 @@
 // Its text form is the three words in decimal joined by dots, "17.0.3".
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 
 #include "host/LightweightString.h"
 
@@ -49,4 +51,10 @@ private:
 
 struct IdStampLess {
     bool operator()(const IdStamp& l, const IdStamp& r) const { return l.compare(r) < 0; }
+};
+
+struct IdStampHash {
+    size_t operator()(const IdStamp& id) const {
+        return std::hash<uint64_t>()((uint64_t{id.a()} << 40) ^ (uint64_t{id.b()} << 20) ^ id.c());
+    }
 };

@@ -211,17 +211,17 @@ struct StreamableLayer {
 
         const unsigned pos = f.position();
         if (pos < layerEnd) {
-            Log("Warning: Not all object data was read while unpacking object %s, layer %s v%d.%d, %d/%d "
-                "bytes "
-                "unread.\n",
+            // Sizes come from the file and may be anything up to 2^32 - 1: printed unsigned.
+            Log("Warning: Not all object data was read while unpacking object %s, layer %s v%d.%d, %u/%u "
+                "bytes unread.\n",
                 obj->hierarchyName(false, false).c_str(), X::layerName().c_str(), static_cast<int>(h.major),
-                static_cast<int>(h.minor), static_cast<int>(layerEnd - pos), static_cast<int>(h.layerSize));
+                static_cast<int>(h.minor), layerEnd - pos, static_cast<unsigned>(h.layerSize));
         } else if (pos > layerEnd) {
             s.errors.appendf(
                 "Error: Unpacker read beyond end of chunk while unpacking object %s, layer %s v%d.%d, "
-                "%d bytes overread.\n",
+                "%u bytes overread.\n",
                 obj->hierarchyName(false, false).c_str(), X::layerName().c_str(), static_cast<int>(h.major),
-                static_cast<int>(h.minor), static_cast<int>(pos - layerEnd));
+                static_cast<int>(h.minor), pos - layerEnd);
             return StreamableTraitsBase::statusFailed;
         }
         f.position(layerEnd);

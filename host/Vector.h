@@ -19,10 +19,12 @@ public:
     }
     virtual ~Vector() { delete[] block_; }
 
+    // `v` may be one of this vector's own elements: it is copied before the block can move.
     virtual unsigned append(const T& v) {
+        T copy(v);
         unsigned at = count_;
         resize(count_ + 1);
-        block_[at] = v;
+        block_[at] = std::move(copy);
         return at;
     }
     virtual unsigned add(const T& v) { return append(v); }
@@ -43,12 +45,13 @@ public:
         return true;
     }
     virtual void insertAt(const T& v, unsigned index) {
+        T copy(v);
         if (index > count_)
             index = count_;
         resize(count_ + 1);
         for (unsigned i = count_ - 1; i > index; --i)
             block_[i] = std::move(block_[i - 1]);
-        block_[index] = v;
+        block_[index] = std::move(copy);
     }
     virtual bool removeAt(unsigned index) {
         if (index >= count_)

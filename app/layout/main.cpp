@@ -1,10 +1,13 @@
 // nodedesk-layout: prints the laid-out positions of an edit's video graph at a time, as JSON.
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
+#include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "graphview/RootStacker.h"
 #include "host/AliasedInputEffect.h"
@@ -12,13 +15,15 @@
 #include "host/FXEditor.h"
 #include "host/ImageImportEffect.h"
 #include "host/MaterialUsageNode.h"
+#include "refhost/core/TextQuote.h"
 #include "refhost/edit/AnyEditFile.h"
+#include "refhost/edit/EditFile.h"
 #include "refhost/edit/EditPosSource.h"
-#include "refhost/json/Json.h"
 
 namespace {
 
-const char kUsage[] = "usage: nodedesk-layout EDIT [--time T] [--orientation LeftToRight|BottomToTop]";
+const char kUsage[] = "usage: nodedesk-layout EDIT [--time T] [--orientation LeftToRight|BottomToTop] "
+                      "[--format json|dot]";
 
 int fail(const std::string& message) {
     std::fprintf(stderr, "nodedesk-layout: %s\n", message.c_str());
@@ -35,14 +40,40 @@ const char* kindOf(FXGraphNodeBase* n) {
     return "effect";
 }
 
-json::Value box(const Zk::Box<double>& b) {
-    json::Value o = json::Value::object();
-    o.set("minX", json::Value::number(b.x1));
-    o.set("minY", json::Value::number(b.y1));
-    o.set("maxX", json::Value::number(b.x2));
-    o.set("maxY", json::Value::number(b.y2));
-    return o;
-}
+// Output in blocks: a large edit's text is never held whole.
+class Out {
+public:
+    ~Out() { flush(); }
+    Out& operator<<(std::string_view text) {
+        buf_.append(text);
+        if (buf_.size() > (1u << 16))
+            flush();
+        return *this;
+    }
+    Out& number(double v) {
+        char b[32];
+        auto r = std::to_chars(b, b + sizeof b, v);
+        return *this << std::string_view(b, static_cast<size_t>(r.ptr - b));
+    }
+    Out& quoted(std::string_view text) {
+        std::string q;
+        appendQuoted(q, text, "\\u%04x");
+        return *this << q;
+    }
+    void flush() {
+        std::fwrite(buf_.data(), 1, buf_.size(), stdout);
+        buf_.clear();
+    }
+
+private:
+    std::string buf_;
+};
+
+struct Placed {
+    FXGraphNodeBase* node;
+    size_t root;
+    double x, y;
+};
 
 } // namespace
 
@@ -50,13 +81,14 @@ int main(int argc, char** argv) {
     std::string path;
     double time = NAN;
     std::string orientation = "BottomToTop";
+    std::string format = "json";
     for (int i = 1; i < argc; ++i) {
         std::string a = argv[i];
         if (a == "--help" || a == "-h") {
             std::puts(kUsage);
             return 0;
         }
-        if (a == "--time" || a == "--orientation") {
+        if (a == "--time" || a == "--orientation" || a == "--format") {
             if (i + 1 >= argc)
                 return fail(a + " needs a value; " + kUsage);
             std::string v = argv[++i];
@@ -65,10 +97,14 @@ int main(int argc, char** argv) {
                 time = std::strtod(v.c_str(), &end);
                 if (v.empty() || *end != '\0' || !std::isfinite(time))
                     return fail("--time takes a number of seconds, not '" + v + "'");
-            } else {
+            } else if (a == "--orientation") {
                 if (v != "LeftToRight" && v != "BottomToTop")
                     return fail("--orientation takes LeftToRight or BottomToTop, not '" + v + "'");
                 orientation = v;
+            } else {
+                if (v != "json" && v != "dot")
+                    return fail("--format takes json or dot, not '" + v + "'");
+                format = v;
             }
         } else if (!a.empty() && a[0] == '-') {
             return fail("unknown flag '" + a + "'; " + kUsage);
@@ -93,17 +129,9 @@ int main(int argc, char** argv) {
     std::vector<Zk::Box<double>> extents =
         RootStacker::tidyRoots(edit, time, roots, XY<double>(0, 0), &source);
 
-    json::Value out = json::Value::object();
-    out.set("edit", json::Value::string(path));
-    out.set("time", json::Value::number(time));
-    out.set("orientation", json::Value::string(orientation));
-    json::Value trees = json::Value::array();
-    json::Value nodes = json::Value::array();
+    // The nodes of each tree, each listed under the first tree that reaches it.
+    std::vector<Placed> placed;
     for (size_t r = 0; r < roots.size(); ++r) {
-        json::Value& t = trees.push(json::Value::object());
-        t.set("root", json::Value::string(roots[r].asString().str()));
-        t.set("extents", box(extents[r]));
-        // The nodes of this tree, each listed under the first tree that reaches it.
         EditGraphIterator it = FXEditor::getIteratorFor(edit, roots[r], time, 9);
         Vector<Zk::Ptr<FXGraphNodeBase>> members;
         it.findAllComponents(members);
@@ -112,19 +140,90 @@ int main(int argc, char** argv) {
             if (!rec || rec->visitMark_ != 0)
                 continue;
             rec->visitMark_ = 1;
-            json::Value& o = nodes.push(json::Value::object());
-            o.set("id", json::Value::string(n->getId().asString().str()));
-            o.set("kind", json::Value::string(kindOf(n.get())));
-            if (!n->tagTypeId().empty())
-                o.set("tag", json::Value::string(n->tagTypeId().str()));
-            o.set("name", json::Value::string(toUtf8(n->getName()).str()));
-            o.set("root", json::Value::string(roots[r].asString().str()));
-            o.set("x", json::Value::number(rec->x()));
-            o.set("y", json::Value::number(rec->y()));
+            placed.push_back({n.get(), r, rec->x(), rec->y()});
         }
     }
-    out.set("trees", std::move(trees));
-    out.set("nodes", std::move(nodes));
-    std::cout << json::write(out);
+
+    // What each input takes at `time`: a linked node, or the graph of the channel on its track.
+    std::map<IdStamp, int, IdStampLess> chanIndex;
+    for (int c = 0; c < edit->numChans(); ++c)
+        chanIndex.emplace(edit->chan(c).id, c);
+    auto inputOf = [&](const FXGraphNodeBase::Input& in) -> FXGraphNodeBase* {
+        if (in.node)
+            return in.node.get();
+        auto c = in.track.valid() ? chanIndex.find(in.track) : chanIndex.end();
+        if (c == chanIndex.end())
+            return nullptr;
+        const int ev = edit->eventAt(c->second, time);
+        return ev < 0 ? nullptr : edit->chan(c->second).cel->events()[static_cast<size_t>(ev)].node.get();
+    };
+
+    Out out;
+    if (format == "dot") {
+        // Positions in points, pinned, so that a Graphviz tool draws the layout as it stands.
+        out << "digraph layout {\n  node [shape=box];\n";
+        for (const Placed& p : placed) {
+            out << "  "
+                << "\"" << p.node->getId().asString().str() << "\" [label=";
+            out.quoted(toUtf8(p.node->getName()).str());
+            out << ", pos=\"";
+            out.number(p.x * 72.0) << ",";
+            out.number(p.y * 72.0) << "!\"];\n";
+        }
+        for (const Placed& p : placed)
+            for (const auto& in : p.node->inputs())
+                if (FXGraphNodeBase* from = inputOf(in))
+                    out << "  \"" << from->getId().asString().str() << "\" -> \""
+                        << p.node->getId().asString().str() << "\";\n";
+        out << "}\n";
+        return 0;
+    }
+
+    out << "{\n  \"edit\": ";
+    out.quoted(path);
+    out << ",\n  \"time\": ";
+    out.number(time);
+    out << ",\n  \"orientation\": ";
+    out.quoted(orientation);
+    out << ",\n  \"trees\": [";
+    for (size_t r = 0; r < roots.size(); ++r) {
+        const Zk::Box<double>& b = extents[r];
+        out << (r ? ",\n    " : "\n    ") << "{\"root\": ";
+        out.quoted(roots[r].asString().str());
+        out << ", \"extents\": {\"minX\": ";
+        out.number(b.x1) << ", \"minY\": ";
+        out.number(b.y1) << ", \"maxX\": ";
+        out.number(b.x2) << ", \"maxY\": ";
+        out.number(b.y2) << "}}";
+    }
+    out << (roots.empty() ? "],\n  \"nodes\": [" : "\n  ],\n  \"nodes\": [");
+    for (size_t i = 0; i < placed.size(); ++i) {
+        const Placed& p = placed[i];
+        out << (i ? ",\n    " : "\n    ") << "{\"id\": ";
+        out.quoted(p.node->getId().asString().str());
+        out << ", \"kind\": ";
+        out.quoted(kindOf(p.node));
+        if (!p.node->tagTypeId().empty()) {
+            out << ", \"tag\": ";
+            out.quoted(p.node->tagTypeId().str());
+        }
+        out << ", \"name\": ";
+        out.quoted(toUtf8(p.node->getName()).str());
+        out << ", \"root\": ";
+        out.quoted(roots[p.root].asString().str());
+        out << ", \"x\": ";
+        out.number(p.x) << ", \"y\": ";
+        out.number(p.y) << ", \"inputs\": [";
+        // The node each input takes at this time, or null for an open input.
+        for (size_t k = 0; k < p.node->inputs().size(); ++k) {
+            out << (k ? ", " : "");
+            if (FXGraphNodeBase* from = inputOf(p.node->inputs()[k]))
+                out.quoted(from->getId().asString().str());
+            else
+                out << "null";
+        }
+        out << "]}";
+    }
+    out << (placed.empty() ? "]\n}\n" : "\n  ]\n}\n");
     return 0;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 #include <vector>
 
 #include "host/PStreamObserver.h"
@@ -16,6 +17,8 @@ public:
     void objectEnd(int status, unsigned position) override;
     // The indentation of whatever is printed now, for lines from elsewhere (the log).
     int currentIndent() const;
+    // Text read from a file, safe for a terminal: control bytes and DEL as \xNN, backslash doubled.
+    static std::string printable(const std::string& text);
 
 private:
     struct Level {

@@ -5,6 +5,7 @@
 #include "refhost/core/Base64.h"
 #include "refhost/json/Json.h"
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -63,38 +64,50 @@ bool dumpObject(const std::string& bytes, const std::string& className, int inde
     if (!cls || (className.empty() && !shape.complete())) {
         cls = closestClass(name);
         if (!cls) {
-            std::printf("%*sunknown class %s\n", indent, "", name.empty() ? "(none)" : name.c_str());
+            std::printf("%*sunknown class %s\n", indent, "",
+                        name.empty() ? "(none)" : LayerPrinter::printable(name).c_str());
             return false;
         }
-        std::printf("%*sno class has the chain %s; reading it as %s\n", indent, "", name.c_str(),
-                    cls->longName().c_str());
+        std::printf("%*sno class has the chain %s; reading it as %s\n", indent, "",
+                    LayerPrinter::printable(name).c_str(), cls->longName().c_str());
     }
     StreamFile f(bytes);
     PStream s(&f);
     LayerPrinter printer(stdout, indent);
     s.observer = &printer;
     setLogSink([&](const std::string& line) {
-        std::printf("%*s%s", printer.currentIndent(), "", line.c_str());
-        if (line.empty() || line.back() != '\n')
-            std::printf("\n");
+        const bool ended = !line.empty() && line.back() == '\n';
+        std::printf("%*s%s\n", printer.currentIndent(), "",
+                    LayerPrinter::printable(ended ? line.substr(0, line.size() - 1) : line).c_str());
     });
     Zk::Ptr<Streamable> obj = cls->builder()(s);
     setLogSink(nullptr);
-    if (s.inError())
-        std::printf("%*serror: %s%s", indent, "", s.errors.c_str(),
-                    s.errors.str().back() == '\n' ? "" : "\n");
+    if (s.inError()) {
+        std::string text = s.errors.str();
+        if (text.back() == '\n')
+            text.pop_back();
+        std::printf("%*serror: %s\n", indent, "", LayerPrinter::printable(text).c_str());
+    }
     if (!obj)
         std::printf("%*sthe object was dropped\n", indent, "");
-    if (!f.eof())
-        std::printf("%*s%u bytes follow the object\n", indent, "", f.remaining());
+    // The object ends where its root's chunk does, whatever the reader made of its layers.
+    const uint64_t end = shape.complete() ? shape.end() : f.position();
+    if (end < bytes.size())
+        std::printf("%*s%llu bytes follow the object\n", indent, "",
+                    static_cast<unsigned long long>(bytes.size() - end));
     return !s.inError();
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: nodedesk-strm FILE\n");
+    const char usage[] = "usage: nodedesk-strm FILE";
+    if (argc == 2 && (!std::strcmp(argv[1], "--help") || !std::strcmp(argv[1], "-h"))) {
+        std::puts(usage);
+        return 0;
+    }
+    if (argc != 2 || argv[1][0] == '-') {
+        std::fprintf(stderr, "nodedesk-strm: %s\n", usage);
         return 2;
     }
     const std::string path = argv[1];
@@ -125,28 +138,28 @@ int main(int argc, char** argv) {
         for (const auto& [key, text] : objects->members()) {
             std::string objectBytes;
             if (!text.isString() || !base64Decode(text.asString(), objectBytes)) {
-                std::printf("key \"%s\": not base64 text\n", key.c_str());
+                std::printf("key \"%s\": not base64 text\n", LayerPrinter::printable(key).c_str());
                 ok = false;
                 continue;
             }
-            std::printf("key \"%s\", %zu bytes\n", key.c_str(), objectBytes.size());
+            std::printf("key \"%s\", %zu bytes\n", LayerPrinter::printable(key).c_str(), objectBytes.size());
             ok = dumpObject(objectBytes, std::string(), 2) && ok;
         }
         return ok ? 0 : 1;
     }
     if (isEditObjectStore(bytes)) {
         std::vector<StoredObjectBytes> objects;
-        if (!splitEditObjects(bytes, objects, error)) {
-            std::printf("object store: %s\n", error.c_str());
-            return 1;
-        }
+        // The objects before a broken frame, or before bytes after the last object, still print.
+        const bool whole = splitEditObjects(bytes, objects, error);
         std::printf("object store, %zu objects\n", objects.size());
-        bool ok = true;
+        bool ok = whole;
         for (const auto& o : objects) {
-            std::printf("key \"%s\", class %s, %zu bytes at %u\n", o.key.c_str(), o.className.c_str(),
-                        o.bytes.size(), o.offset);
+            std::printf("key \"%s\", class %s, %zu bytes at %u\n", LayerPrinter::printable(o.key).c_str(),
+                        LayerPrinter::printable(o.className).c_str(), o.bytes.size(), o.offset);
             ok = dumpObject(o.bytes, o.className, 2) && ok;
         }
+        if (!whole)
+            std::printf("object store: %s\n", LayerPrinter::printable(error).c_str());
         return ok ? 0 : 1;
     }
     if (!ChainShape(bytes).startsWithRoot()) {

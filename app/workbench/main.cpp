@@ -22,12 +22,13 @@
 
 namespace {
 
-int usage() {
-    std::fprintf(
-        stderr,
-        "usage: nodedesk-workbench [EDIT] [--time T] [--headless] [--snapshot FILE] [--size WxH] [--dump-view FILE.json] %s\n",
-        RoutingWindow::Options::usage());
-    return 2;
+const char kUsage[] =
+    "usage: nodedesk-workbench [EDIT] [--time T] [--headless --snapshot FILE.png] [--size WxH] "
+    "[--dump-view FILE.json]";
+
+// The usage line with the routing panel's flags.
+std::string usageLine() {
+    return std::string(kUsage) + " " + RoutingWindow::Options::usage();
 }
 
 int fail(const std::string& message) {
@@ -52,6 +53,16 @@ void fitGraph(FXGraphView& graph) {
     graph.update();
 }
 
+// True when a window can be shown: a display server to talk to, and a platform that draws on it.
+bool haveDisplay() {
+    const char* platform = std::getenv("QT_QPA_PLATFORM");
+    if (platform && (!std::strcmp(platform, "offscreen") || !std::strcmp(platform, "minimal")))
+        return false;
+    const char* x = std::getenv("DISPLAY");
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    return (x && *x) || (wayland && *wayland);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -59,31 +70,58 @@ int main(int argc, char** argv) {
     RoutingWindow::Options routingOptions;
     std::string snapshot;
     std::string dumpPath;
-    std::string editPath = std::string(NODEDESK_SOURCE_DIR) + "/samples/showcase.edit.json";
+    std::string editPath;
     double time = NAN;
     int w = 900, h = 600;
     for (int i = 1; i < argc; ++i) {
-        if (!std::strcmp(argv[i], "--headless")) {
+        const std::string a = argv[i];
+        if (a == "--help" || a == "-h") {
+            std::puts(usageLine().c_str());
+            return 0;
+        }
+        if (a == "--headless") {
             headless = true;
-        } else if (!std::strcmp(argv[i], "--snapshot") && i + 1 < argc) {
-            snapshot = argv[++i];
-        } else if (!std::strcmp(argv[i], "--dump-view") && i + 1 < argc) {
-            dumpPath = argv[++i];
-        } else if (!std::strcmp(argv[i], "--size") && i + 1 < argc) {
-            if (std::sscanf(argv[++i], "%dx%d", &w, &h) != 2 || w < 200 || h < 150 || w > 8000 || h > 8000)
-                return usage();
-        } else if (!std::strcmp(argv[i], "--time") && i + 1 < argc) {
-            char* end = nullptr;
-            time = std::strtod(argv[++i], &end);
-            if (*end != '\0' || !std::isfinite(time))
-                return fail(std::string("--time takes a number of seconds, not '") + argv[i] + "'");
+            continue;
+        }
+        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view") {
+            if (i + 1 >= argc)
+                return fail(a + " needs a value; " + usageLine());
+            const std::string v = argv[++i];
+            if (a == "--snapshot") {
+                if (v.empty())
+                    return fail("--snapshot needs a file name");
+                snapshot = v;
+            } else if (a == "--dump-view") {
+                if (v.empty())
+                    return fail("--dump-view needs a file name");
+                dumpPath = v;
+            } else if (a == "--size") {
+                int used = 0;
+                if (std::sscanf(v.c_str(), "%dx%d%n", &w, &h, &used) != 2 ||
+                    used != static_cast<int>(v.size()) || w < 200 || h < 150 || w > 8000 || h > 8000)
+                    return fail("--size takes WIDTHxHEIGHT from 200x150 to 8000x8000, not '" + v + "'");
+            } else {
+                char* end = nullptr;
+                time = std::strtod(v.c_str(), &end);
+                if (v.empty() || *end != '\0' || !std::isfinite(time))
+                    return fail("--time takes a number of seconds, not '" + v + "'");
+            }
         } else if (routingOptions.parse(argc, argv, i)) {
-        } else if (argv[i][0] != '-') {
-            editPath = argv[i];
+        } else if (!a.empty() && a[0] == '-') {
+            return fail("unknown flag '" + a + "'; " + usageLine());
+        } else if (editPath.empty()) {
+            editPath = a;
         } else {
-            return usage();
+            return fail(std::string("one edit at a time; ") + usageLine());
         }
     }
+    // Headless, something must come out: a picture, the view's state or the routing panel's picture.
+    if (headless && snapshot.empty() && dumpPath.empty() && routingOptions.commands.empty())
+        return fail("--headless draws only into a --snapshot FILE; give one");
+    if (!headless && snapshot.empty() && !haveDisplay())
+        return fail("no display to open a window on; use --headless --snapshot FILE.png");
+    if (editPath.empty())
+        editPath = std::string(NODEDESK_SOURCE_DIR) + "/samples/showcase.edit.json";
     if (headless)
         setenv("QT_QPA_PLATFORM", "offscreen", 1);
 

@@ -110,10 +110,18 @@ void Edit::getChans(Vector<int>& out, unsigned type, unsigned subtypeMask) const
 }
 
 int Edit::getIdx(const IdStamp& chan) const {
-    for (size_t i = 0; i < chans_.size(); ++i)
-        if (chans_[i].id == chan)
-            return static_cast<int>(i);
-    return -1;
+    if (indexedChans_ != chans_.size()) {
+        // Channels are only appended, or all replaced (which resets the count): index the new.
+        if (indexedChans_ > chans_.size()) {
+            chanIndex_.clear();
+            indexedChans_ = 0;
+        }
+        for (size_t i = indexedChans_; i < chans_.size(); ++i)
+            chanIndex_.emplace(chans_[i].id, static_cast<int>(i)); // the first of equal ids wins
+        indexedChans_ = chans_.size();
+    }
+    auto it = chanIndex_.find(chan);
+    return it == chanIndex_.end() ? -1 : it->second;
 }
 
 Zk::Ptr<Cel> Edit::get_edit_cel_p(int chan) const {
@@ -306,6 +314,8 @@ void Edit::copyStateFrom(const Edit& other) {
             in.node = mapped(in.node);
 
     chans_.clear();
+    indexedChans_ = 0;
+    chanIndex_.clear();
     for (const auto& c : other.chans_) {
         EditChannel nc = c;
         nc.cel = Zk::make<Cel>();

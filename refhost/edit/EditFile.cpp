@@ -5,6 +5,7 @@
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <sys/stat.h>
 
 #include "host/AliasedInputEffect.h"
 #include "host/CompoundEffect.h"
@@ -370,13 +371,22 @@ private:
                     return false;
                 if (!nid.valid())
                     nid = edit_.newId();
-                if (edit_.findNode(nid))
-                    return fail(e, "node " + nid.asString().str() + " is defined twice");
-                bool ok;
-                auto node = materialNode(*m, nid, m->asString(), ok);
-                if (!ok)
-                    return false;
-                edit_.addNode(node);
+                // Events may share one material node (an effect removed from between two cuts
+                // hands both its events the same source); the second names the first's node.
+                Zk::Ptr<MaterialUsageNode> node;
+                if (Zk::Ptr<FXGraphNodeBase> known = edit_.findNode(nid)) {
+                    node = Zk::dynamicCast<MaterialUsageNode>(known);
+                    if (!node || !inEvents_.count(node.get()) ||
+                        node->material() != Cookie::fromString(String(m->asString())))
+                        return fail(e, "node " + nid.asString().str() + " is defined twice");
+                } else {
+                    bool ok;
+                    node = materialNode(*m, nid, m->asString(), ok);
+                    if (!ok)
+                        return false;
+                    edit_.addNode(node);
+                    inEvents_.insert(node.get());
+                }
                 ev.kind = CelEvent::Material;
                 ev.strip = node->material();
                 ev.node = node;
@@ -466,6 +476,7 @@ private:
     std::vector<Alias> aliases_;
     std::vector<Alias> tracks_;
     std::vector<FXGraphNodeBase::Input*> unnamedTracks_;
+    std::set<const FXGraphNodeBase*> inEvents_; // material nodes made by events
 };
 
 json::Value idValue(const IdStamp& id) {
@@ -478,7 +489,12 @@ void setObjectCodec(const ObjectCodec& c) {
     codec() = c;
 }
 
-bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
+namespace {
+
+// Reads `text` into `fresh`, an edit that nobody else sees yet. `owner`, when given, holds the
+// text and is emptied once it is parsed, so that the text and the model are never held together.
+bool loadInto(const std::string& text, std::string* owner, const std::string& name, Edit& fresh,
+              std::string& error) {
     json::Value root;
     json::ParseError pe;
     if (!json::parse(text, root, pe)) {
@@ -487,30 +503,64 @@ bool loadFromText(const std::string& text, const std::string& name, Edit& into, 
         error = s.str();
         return false;
     }
-    Zk::Ptr<Edit> fresh = Zk::make<Edit>();
-    Loader loader(name, *fresh);
+    if (owner)
+        std::string().swap(*owner);
+    Loader loader(name, fresh);
     if (!loader.load(root)) {
         error = loader.error;
         return false;
     }
-    into.copyStateFrom(*fresh);
     return true;
 }
 
-bool load(const std::string& path, Edit& into, std::string& error) {
+// The text of an edit file, if it is a regular file within the size limit.
+bool readFile(const std::string& path, std::string& text, std::string& error) {
+    // Only a regular file of a bounded size is read: a device or a pipe could give bytes forever.
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) {
+        error = path + ": cannot be opened";
+        return false;
+    }
+    if (!S_ISREG(st.st_mode)) {
+        error = path + ": not a regular file";
+        return false;
+    }
+    if (static_cast<uint64_t>(st.st_size) > kMaxFileBytes) {
+        error = path + ": " + std::to_string(st.st_size) + " bytes, more than the " +
+                std::to_string(kMaxFileBytes) + " an edit file may have";
+        return false;
+    }
     std::ifstream f(path, std::ios::binary);
     if (!f) {
         error = path + ": cannot be opened";
         return false;
     }
-    std::ostringstream buf;
-    buf << f.rdbuf();
-    return loadFromText(buf.str(), path, into, error);
+    text.assign(static_cast<size_t>(st.st_size), '\0');
+    f.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<size_t>(f.gcount()));
+    return true;
+}
+
+} // namespace
+
+bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
+    Zk::Ptr<Edit> fresh = Zk::make<Edit>();
+    if (!loadInto(text, nullptr, name, *fresh, error))
+        return false;
+    into.copyStateFrom(*fresh);
+    return true;
+}
+
+bool load(const std::string& path, Edit& into, std::string& error) {
+    std::string text;
+    return readFile(path, text, error) && loadFromText(text, path, into, error);
 }
 
 EditPtr open(const std::string& path, std::string& error) {
+    // A new edit is read in place: no copy of what was read.
     EditPtr e(new Edit());
-    if (!load(path, *e, error))
+    std::string text;
+    if (!readFile(path, text, error) || !loadInto(text, &text, path, *e, error))
         return EditPtr();
     return e;
 }

@@ -23,11 +23,15 @@
 // Events of a channel are in time order and do not overlap; gaps are black.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "host/Edit.h"
 
 namespace EditFile {
+
+// The largest edit file that is read; a file must also be a regular file, not a device or pipe.
+inline constexpr uint64_t kMaxFileBytes = uint64_t{256} << 20;
 
 // Reads an edit from a file into `into`; on failure `into` is untouched.
 bool load(const std::string& path, Edit& into, std::string& error);

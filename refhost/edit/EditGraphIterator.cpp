@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "host/CompoundEffect.h"
 #include "host/Edit.h"
@@ -11,31 +13,80 @@
 
 namespace {
 
-// The channel whose graph takes `chan` in through a track input at `time`, or -1.
-int consumerOf(const Edit& edit, int chan, double time) {
-    const IdStamp chanId = edit.chan(chan).id;
-    for (int c = 0; c < edit.numChans(); ++c) {
-        if (c == chan)
-            continue;
+// For each channel, the lowest-numbered other channel whose graph at `time` takes it in through
+// a track input, or -1. One walk over each channel's graph, so the whole table costs what the
+// graphs do.
+std::vector<int> consumerTable(const Edit& edit, double time) {
+    const int count = edit.numChans();
+    std::unordered_map<IdStamp, int, IdStampHash> index;
+    index.reserve(static_cast<size_t>(count));
+    for (int c = 0; c < count; ++c)
+        index.emplace(edit.chan(c).id, c);
+    std::vector<int> consumer(static_cast<size_t>(count), -1);
+    std::vector<FXGraphNodeBase*> stack;
+    std::unordered_set<FXGraphNodeBase*> seen;
+    for (int c = 0; c < count; ++c) {
         int ev = edit.eventAt(c, time);
         if (ev < 0)
             continue;
-        std::vector<FXGraphNodeBase*> stack{edit.chan(c).cel->events()[static_cast<size_t>(ev)].node.get()};
-        std::set<FXGraphNodeBase*> seen;
+        stack.assign(1, edit.chan(c).cel->events()[static_cast<size_t>(ev)].node.get());
+        seen.clear();
         while (!stack.empty()) {
             FXGraphNodeBase* n = stack.back();
             stack.pop_back();
             if (!n || !seen.insert(n).second)
                 continue;
             for (const auto& in : n->inputs()) {
-                if (in.node)
+                if (in.node) {
                     stack.push_back(in.node.get());
-                else if (in.track == chanId)
-                    return c;
+                    continue;
+                }
+                if (!in.track.valid())
+                    continue;
+                auto fed = index.find(in.track);
+                if (fed != index.end() && fed->second != c && consumer[static_cast<size_t>(fed->second)] < 0)
+                    consumer[static_cast<size_t>(fed->second)] = c;
             }
         }
     }
-    return -1;
+    return consumer;
+}
+
+// For each channel, the channel that shows it: the top of its climb over consumers, a channel
+// that nothing takes in. Channels that feed each other in a ring have no such top; the
+// lowest-numbered channel of the ring stands for it, so that the ring still shows once.
+std::vector<int> primaryTable(const std::vector<int>& consumer) {
+    const size_t count = consumer.size();
+    std::vector<int> primary(count, -1);
+    std::vector<int> onPath(count, -1); // place on the climb being made, -1 when off it
+    std::vector<int> path;
+    for (size_t start = 0; start < count; ++start) {
+        if (primary[start] >= 0)
+            continue;
+        path.clear();
+        int top = -1;
+        for (int c = static_cast<int>(start);; c = consumer[static_cast<size_t>(c)]) {
+            if (c < 0) {
+                top = path.back();
+                break;
+            }
+            if (primary[static_cast<size_t>(c)] >= 0) {
+                top = primary[static_cast<size_t>(c)];
+                break;
+            }
+            if (onPath[static_cast<size_t>(c)] >= 0) {
+                top = *std::min_element(path.begin() + onPath[static_cast<size_t>(c)], path.end());
+                break;
+            }
+            onPath[static_cast<size_t>(c)] = static_cast<int>(path.size());
+            path.push_back(c);
+        }
+        for (int c : path) {
+            primary[static_cast<size_t>(c)] = top;
+            onPath[static_cast<size_t>(c)] = -1;
+        }
+    }
+    return primary;
 }
 
 } // namespace
@@ -59,12 +110,7 @@ bool EditGraphIterator::startAtChannel(int chanIndex) {
     if (!edit_ || chanIndex < 0 || chanIndex >= edit_->numChans())
         return false;
     if (options_ & optPrimary) {
-        // Climb to the graph that shows this channel, guarding against channels feeding each
-        // other in a ring.
-        std::set<int> visited{chanIndex};
-        for (int up = consumerOf(*edit_, chanIndex, time_); up >= 0 && visited.insert(up).second;
-             up = consumerOf(*edit_, chanIndex, time_))
-            chanIndex = up;
+        chanIndex = primaryTable(consumerTable(*edit_, time_))[static_cast<size_t>(chanIndex)];
     }
     int ev = edit_->eventAt(chanIndex, time_);
     if (ev < 0)
@@ -345,4 +391,22 @@ bool EditGraphIterator::operator==(const EditGraphIterator& o) const {
         if (path_[i].node != o.path_[i].node || path_[i].parentInput != o.path_[i].parentInput)
             return false;
     return true;
+}
+
+// Lives beside the iterator, whose table of consumers it shares.
+void findAllRootNodeChans(const EditPtr& edit, double time, std::vector<IdStamp>& out, EditChanType type) {
+    if (!edit)
+        return;
+    // A channel holds a root when it has a graph and shows itself: no other channel's graph
+    // takes it in, or it stands for a ring of channels that feed each other.
+    const std::vector<int> primary = primaryTable(consumerTable(*edit, time));
+    for (int c = 0; c < edit->numChans(); ++c) {
+        if (edit->getChanType(c) != type)
+            continue;
+        const int ev = edit->eventAt(c, time);
+        if (ev < 0 || !edit->chan(c).cel->events()[static_cast<size_t>(ev)].node)
+            continue;
+        if (primary[static_cast<size_t>(c)] == c)
+            out.push_back(edit->chan(c).id);
+    }
 }

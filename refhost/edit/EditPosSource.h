@@ -2,8 +2,8 @@
 // without a view. It keeps one record per node that exists in the edit, made on first request.
 #pragma once
 
-#include <map>
 #include <memory>
+#include <unordered_map>
 
 #include "host/Edit.h"
 #include "nodeui/NodeUIPosRec.h"
@@ -25,10 +25,12 @@ public:
     VidRouting::Orientations::Orientation getOrientation() const override { return orientation_; }
     void setOrientation(VidRouting::Orientations::Orientation o) { orientation_ = o; }
 
-    const std::map<IdStamp, std::unique_ptr<NodeUIPosRec>, IdStampLess>& records() const { return recs_; }
+    const std::unordered_map<IdStamp, std::unique_ptr<NodeUIPosRec>, IdStampHash>& records() const {
+        return recs_;
+    }
 
 private:
     EditPtr edit_;
     VidRouting::Orientations::Orientation orientation_;
-    std::map<IdStamp, std::unique_ptr<NodeUIPosRec>, IdStampLess> recs_;
+    std::unordered_map<IdStamp, std::unique_ptr<NodeUIPosRec>, IdStampHash> recs_;
 };

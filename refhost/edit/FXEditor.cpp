@@ -1,6 +1,8 @@
 // Changes to effect graphs, with the reference host's refusal rules.
 #include "host/FXEditor.h"
 
+#include <algorithm>
+#include <map>
 #include <set>
 
 #include "host/Edit.h"
@@ -17,6 +19,70 @@ bool reaches(const EditGraphIterator& from, const FXGraphNodeBase* target) {
         if (n.get() == target)
             return true;
     return false;
+}
+
+// One node of each ring of `nodes` that no node outside the ring feeds, the ring's lowest id.
+// `nodes` is closed under inputs. A depth-first walk over inputs finishes a ring that feeds
+// another after it, so taking unclaimed nodes by latest finish meets each top ring first.
+std::vector<const FXGraphNodeBase*> topRingsOf(const std::vector<const FXGraphNodeBase*>& nodes) {
+    std::set<const FXGraphNodeBase*> visited;
+    std::vector<const FXGraphNodeBase*> finished;
+    for (const FXGraphNodeBase* start : nodes) {
+        if (!visited.insert(start).second)
+            continue;
+        std::vector<std::pair<const FXGraphNodeBase*, size_t>> stack{{start, 0}};
+        while (!stack.empty()) {
+            auto& [n, next] = stack.back();
+            if (next < n->inputs().size()) {
+                const FXGraphNodeBase* in = n->inputs()[next++].node.get();
+                if (in && visited.insert(in).second)
+                    stack.push_back({in, 0});
+                continue;
+            }
+            finished.push_back(n);
+            stack.pop_back();
+        }
+    }
+    // Who feeds whom, backwards, to find the members of a ring: those below its top that reach
+    // back up to it.
+    std::map<const FXGraphNodeBase*, std::vector<const FXGraphNodeBase*>> feeders;
+    for (const FXGraphNodeBase* n : nodes)
+        for (const auto& in : n->inputs())
+            if (in.node)
+                feeders[in.node.get()].push_back(n);
+    std::set<const FXGraphNodeBase*> claimed;
+    std::vector<const FXGraphNodeBase*> tops;
+    for (auto it = finished.rbegin(); it != finished.rend(); ++it) {
+        if (claimed.count(*it))
+            continue;
+        std::set<const FXGraphNodeBase*> below;
+        std::vector<const FXGraphNodeBase*> stack{*it};
+        while (!stack.empty()) {
+            const FXGraphNodeBase* n = stack.back();
+            stack.pop_back();
+            if (!below.insert(n).second)
+                continue;
+            for (const auto& in : n->inputs())
+                if (in.node && !claimed.count(in.node.get()))
+                    stack.push_back(in.node.get());
+        }
+        const FXGraphNodeBase* lowest = *it;
+        std::set<const FXGraphNodeBase*> ring;
+        stack.assign(1, *it);
+        while (!stack.empty()) {
+            const FXGraphNodeBase* n = stack.back();
+            stack.pop_back();
+            if (!below.count(n) || !ring.insert(n).second)
+                continue;
+            if (n->getId().compare(lowest->getId()) < 0)
+                lowest = n;
+            for (const FXGraphNodeBase* f : feeders[n])
+                stack.push_back(f);
+        }
+        tops.push_back(lowest);
+        claimed.insert(below.begin(), below.end());
+    }
+    return tops;
 }
 
 } // namespace
@@ -104,13 +170,19 @@ void FXEditor::findOrphanedComponents(EditPtr edit, double, std::vector<IdStamp>
         out.push_back(id);
         markFrom(n.get());
     }
-    // An orphaned ring has no top; its lowest id stands for it.
-    for (const auto& [id, n] : edit->nodes()) {
-        if (used.count(n.get()))
-            continue;
-        out.push_back(id);
-        markFrom(n.get());
+    // What is left hangs from rings of nodes that feed each other, and has no top. A ring that
+    // no other leftover feeds stands for everything below it, by its lowest id.
+    const size_t firstRing = out.size();
+    std::vector<const FXGraphNodeBase*> rest;
+    for (const auto& [id, n] : edit->nodes())
+        if (!used.count(n.get()))
+            rest.push_back(n.get());
+    for (const FXGraphNodeBase* top : topRingsOf(rest)) {
+        out.push_back(top->getId());
+        markFrom(top);
     }
+    std::sort(out.begin() + static_cast<std::ptrdiff_t>(firstRing), out.end(),
+              [](const IdStamp& l, const IdStamp& r) { return l.compare(r) < 0; });
 }
 
 bool FXEditor::destroyNode(EditGraphIterator& it, bool announce) {
@@ -158,7 +230,9 @@ bool FXEditor::canConnectNodes(const EditGraphIterator& to, size_t input,
     Zk::Ptr<FXGraphNodeBase> src = from.getNode(-1);
     if (!dst || !src || dst == src)
         return false;
-    if (!dynamic_cast<EffectInstance_opu4h5a4j*>(dst.get()))
+    auto* effect = dynamic_cast<EffectInstance_opu4h5a4j*>(dst.get());
+    // A transition takes the two cels beside its cut; its inputs are not the user's to wire.
+    if (!effect || !effect->inputsOpenToWiring())
         return false;
     if (input >= dst->getNumInputs())
         return false;
@@ -169,7 +243,7 @@ bool FXEditor::canConnectNodes(const EditGraphIterator& to, size_t input,
 }
 
 bool FXEditor::connectNodes(EditGraphIterator& to, int input, const EditGraphIterator& from, bool announce) {
-    if (input < 0 || !canConnectNodes(to, static_cast<size_t>(input), from))
+    if (!edit_ || input < 0 || !canConnectNodes(to, static_cast<size_t>(input), from))
         return false;
     Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
     FXGraphNodeBase::Input& in = dst->input(static_cast<unsigned>(input));
@@ -178,8 +252,7 @@ bool FXEditor::connectNodes(EditGraphIterator& to, int input, const EditGraphIte
     if (!in.track.valid() || edit_->getIdx(in.track) >= 0)
         in.track = edit_->newTrackId();
     dst->noteChanged();
-    if (edit_)
-        edit_->addModification(EditModifications(EditModification(5)), announce);
+    edit_->addModification(EditModifications(EditModification(5)), announce);
     return true;
 }
 
@@ -221,17 +294,4 @@ bool FXEditor::cycleInputs(EditGraphIterator& it, bool announce) {
     if (edit_)
         edit_->addModification(EditModifications(EditModification(5)), announce);
     return true;
-}
-
-void findAllRootNodeChans(const EditPtr& edit, double time, std::vector<IdStamp>& out, EditChanType type) {
-    if (!edit)
-        return;
-    // A channel holds a root when it has content and no other channel's graph takes it in.
-    for (int c = 0; c < edit->numChans(); ++c) {
-        if (edit->getChanType(c) != type || edit->eventAt(c, time) < 0)
-            continue;
-        EditGraphIterator primary(edit, c, time, EditGraphIterator::optPrimary);
-        if (primary.isValid() && primary.getChanIndex(0) == c)
-            out.push_back(edit->chan(c).id);
-    }
 }

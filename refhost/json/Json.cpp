@@ -13,53 +13,80 @@ namespace json {
 
 Value Value::boolean(bool b) {
     Value v;
-    v.type_ = Bool;
-    v.bool_ = b;
+    v.data_ = b;
     return v;
 }
 Value Value::number(double d) {
     Value v;
-    v.type_ = Number;
-    v.number_ = d;
+    v.data_ = d;
     return v;
 }
 Value Value::string(std::string s) {
     Value v;
-    v.type_ = String;
-    v.string_ = std::move(s);
+    v.data_ = std::move(s);
     return v;
 }
 Value Value::array() {
     Value v;
-    v.type_ = Array;
+    v.data_ = Items();
     return v;
 }
 Value Value::object() {
     Value v;
-    v.type_ = Object;
+    v.data_ = Members();
     return v;
 }
 
+bool Value::asBool() const {
+    const bool* b = std::get_if<bool>(&data_);
+    return b && *b;
+}
+double Value::asNumber() const {
+    const double* d = std::get_if<double>(&data_);
+    return d ? *d : 0.0;
+}
+const std::string& Value::asString() const {
+    static const std::string none;
+    const std::string* s = std::get_if<std::string>(&data_);
+    return s ? *s : none;
+}
+const Value::Items& Value::items() const {
+    static const Items none;
+    const Items* i = std::get_if<Items>(&data_);
+    return i ? *i : none;
+}
+const Value::Members& Value::members() const {
+    static const Members none;
+    const Members* m = std::get_if<Members>(&data_);
+    return m ? *m : none;
+}
+
 const Value* Value::find(const std::string& key) const {
-    for (const auto& m : members_)
+    for (const auto& m : members())
         if (m.first == key)
             return &m.second;
     return nullptr;
 }
 
 Value& Value::push(Value v) {
-    items_.push_back(std::move(v));
-    return items_.back();
+    if (!isArray())
+        data_ = Items();
+    Items& items = std::get<Items>(data_);
+    items.push_back(std::move(v));
+    return items.back();
 }
 
 Value& Value::set(const std::string& key, Value v) {
-    for (auto& m : members_)
+    if (!isObject())
+        data_ = Members();
+    Members& members = std::get<Members>(data_);
+    for (auto& m : members)
         if (m.first == key) {
             m.second = std::move(v);
             return m.second;
         }
-    members_.emplace_back(key, std::move(v));
-    return members_.back().second;
+    members.emplace_back(key, std::move(v));
+    return members.back().second;
 }
 
 namespace {
@@ -293,6 +320,9 @@ private:
                     if (!hex4(lo) || lo < 0xDC00 || lo > 0xDFFF)
                         return fail("expected the second half of a surrogate pair");
                     cp = 0x10000 + ((cp - 0xD800) << 10) + (lo - 0xDC00);
+                } else if (cp >= 0xDC00 && cp <= 0xDFFF) {
+                    // Half a pair has no UTF-8 form of its own.
+                    return fail("expected the first half of a surrogate pair before its second");
                 }
                 appendUtf8(out, cp);
                 break;

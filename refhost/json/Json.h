@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace json {
@@ -23,19 +24,23 @@ public:
     static Value array();
     static Value object();
 
-    Type type() const { return type_; }
-    bool isNull() const { return type_ == Null; }
-    bool isBool() const { return type_ == Bool; }
-    bool isNumber() const { return type_ == Number; }
-    bool isString() const { return type_ == String; }
-    bool isArray() const { return type_ == Array; }
-    bool isObject() const { return type_ == Object; }
+    using Items = std::vector<Value>;
+    using Members = std::vector<std::pair<std::string, Value>>;
 
-    bool asBool() const { return bool_; }
-    double asNumber() const { return number_; }
-    const std::string& asString() const { return string_; }
-    const std::vector<Value>& items() const { return items_; }
-    const std::vector<std::pair<std::string, Value>>& members() const { return members_; }
+    Type type() const { return static_cast<Type>(data_.index()); }
+    bool isNull() const { return type() == Null; }
+    bool isBool() const { return type() == Bool; }
+    bool isNumber() const { return type() == Number; }
+    bool isString() const { return type() == String; }
+    bool isArray() const { return type() == Array; }
+    bool isObject() const { return type() == Object; }
+
+    // Each gives the value of its type, or an empty one (false, 0) for a value of another type.
+    bool asBool() const;
+    double asNumber() const;
+    const std::string& asString() const;
+    const Items& items() const;
+    const Members& members() const;
     // The member of that name, or null when absent.
     const Value* find(const std::string& key) const;
 
@@ -47,12 +52,8 @@ public:
     int column = 0;
 
 private:
-    Type type_ = Null;
-    bool bool_ = false;
-    double number_ = 0.0;
-    std::string string_;
-    std::vector<Value> items_;
-    std::vector<std::pair<std::string, Value>> members_;
+    // One alternative per Type, in its order; a document of many small values stays small.
+    std::variant<std::monostate, bool, double, std::string, Items, Members> data_;
 };
 
 struct ParseError {

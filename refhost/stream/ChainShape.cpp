@@ -61,13 +61,15 @@ ChainShape::ChainShape(const std::string& bytes) {
     if (!whole)
         return;
     const uint64_t rootEnd = uint64_t{f.position()} + chunkSize;
+    end_ = rootEnd;
     uint64_t next = uint64_t{f.position()} + layerSize;
     // Each header takes bytes, so the walk ends with the root's chunk.
     while (next < rootEnd && next < f.size()) {
         f.position(static_cast<unsigned>(next));
         if (!readHeader(s, format, name, layerSize, chunkSize))
             return;
-        path_ += "." + name.str();
+        path_ += '.';
+        path_ += name.str();
         next = uint64_t{f.position()} + layerSize;
     }
     complete_ = next == rootEnd && rootEnd <= f.size();

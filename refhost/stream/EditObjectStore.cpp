@@ -1,7 +1,10 @@
 // Packing and unpacking an edit's object store.
 #include "refhost/stream/EditObjectStore.h"
 
+#include <map>
+
 #include "host/Edit.h"
+#include "host/Log.h"
 #include "host/PStream.h"
 #include "host/StreamClassRegistrar.h"
 #include "host/StreamFile.h"
@@ -18,22 +21,53 @@ bool readString(StreamFile& f, std::string& out) {
     return f.getUnsignedLong(n) && f.getBytes(out, n);
 }
 
-// Builds one object from its own bytes; null with the reason on failure.
-Zk::Ptr<Taggable> buildObject(const std::string& className, const std::string& bytes, std::string& error) {
-    const StreamClassRegistrar* cls = StreamClassRegistrar::find(String(className));
+// The classes of the objects the editor keeps with an edit, by the key they are bound under.
+const std::map<std::string, std::string>& classesByKey() {
+    static const std::map<std::string, std::string> table{
+        {"NodePosManager", "Streamable.Taggable.NodeUIManagerBase.NodeUIPosManager"},
+    };
+    return table;
+}
+
+// The registered class an object is built as. The key names it where the editor knows the key;
+// otherwise the longest registered beginning of the chain's path does, since a newer revision of
+// a class adds its layers after the known ones.
+const StreamClassRegistrar* classFor(const std::string& key, const std::string& path) {
+    auto known = classesByKey().find(key);
+    if (known != classesByKey().end())
+        if (const StreamClassRegistrar* cls = StreamClassRegistrar::find(String(known->second)))
+            return cls;
+    for (std::string prefix = path; !prefix.empty();) {
+        if (const StreamClassRegistrar* cls = StreamClassRegistrar::find(String(prefix)))
+            return cls;
+        const size_t dot = prefix.rfind('.');
+        prefix.resize(dot == std::string::npos ? 0 : dot);
+    }
+    return nullptr;
+}
+
+// Builds one object from its own bytes; null with the reason on failure. The class's reader
+// decides what survives: it drops the object only when a layer it knows is broken. Layers it
+// does not know, and a chain cut short, cost what they hold and are noted in the log.
+Zk::Ptr<Taggable> buildObject(const std::string& key, const std::string& path, const std::string& bytes,
+                              std::string& error) {
+    const StreamClassRegistrar* cls = classFor(key, path);
     if (!cls) {
-        error = "unknown class " + (className.empty() ? std::string("(no chain of layers)") : className);
+        error = "unknown class " + (path.empty() ? std::string("(no chain of layers)") : path);
         return nullptr;
     }
     StreamFile f(bytes);
     PStream s(&f);
     Zk::Ptr<Taggable> obj = Zk::dynamicCast<Taggable>(cls->builder()(s));
-    if (s.inError()) {
-        error = s.errors.str();
+    if (!obj) {
+        error = s.inError() ? s.errors.str() : cls->longName().str() + " is not an object of an edit";
         return nullptr;
     }
-    if (!obj)
-        error = className + " is not an object of an edit";
+    if (s.inError())
+        Log("object '%s' read in part: %s\n", key.c_str(), s.errors.str().c_str());
+    else if (path != cls->shortName().str() && path != cls->longName().str())
+        Log("object '%s' is stored as %s; read as %s, its other layers skipped\n", key.c_str(), path.c_str(),
+            cls->shortName().str().c_str());
     return obj;
 }
 
@@ -56,7 +90,7 @@ std::string packEditObject(const Edit& edit, const std::string& key) {
 }
 
 bool unpackEditObject(Edit& edit, const std::string& key, const std::string& bytes, std::string& error) {
-    Zk::Ptr<Taggable> obj = buildObject(ChainShape(bytes).shortPath(), bytes, error);
+    Zk::Ptr<Taggable> obj = buildObject(key, ChainShape(bytes).shortPath(), bytes, error);
     if (!obj)
         return false;
     edit.bindObjectToEdit(obj, String(key));
@@ -134,7 +168,7 @@ bool unpackEditObjects(Edit& edit, const std::string& bytes, std::string& error)
     std::string errors;
     for (const auto& stored : objects) {
         std::string why;
-        Zk::Ptr<Taggable> obj = buildObject(stored.className, stored.bytes, why);
+        Zk::Ptr<Taggable> obj = buildObject(stored.key, stored.className, stored.bytes, why);
         if (obj)
             edit.bindObjectToEdit(obj, String(stored.key));
         else

@@ -31,10 +31,14 @@ std::string packEditObjects(const Edit& edit);
 // One object's bytes for the edit file: its chain of layers alone, whose root chain of short
 // names ("$.T.N.J") names its class. Empty when nothing is bound under `key`.
 std::string packEditObject(const Edit& edit, const std::string& key);
-// Builds an object from its chain through the table of classes and binds it under `key`.
+// Builds an object through the table of classes and binds it under `key`. The class is the one
+// the key names where the editor knows the key ("NodePosManager"), else the longest registered
+// beginning of the chain's path. The class's reader keeps what it can: layers of a newer revision
+// and a chain cut short cost only what they hold (noted in the log); false only when the reader
+// drops the object or no class fits.
 bool unpackEditObject(Edit& edit, const std::string& key, const std::string& bytes, std::string& error);
 
-// Builds each object through the table of classes and binds it to the edit under its key,
-// replacing what was bound there. Objects that fail are left out and their errors collected;
-// false when anything failed.
+// Builds each object as unpackEditObject does, by its key or its stored class path, and binds it
+// to the edit under its key, replacing what was bound there. Objects that fail are left out and
+// their errors collected; false when anything failed.
 bool unpackEditObjects(Edit& edit, const std::string& bytes, std::string& error);

@@ -1,4 +1,6 @@
 // A seekable byte file held in memory, little-endian.
+#include <sys/stat.h>
+
 #include "host/StreamFile.h"
 
 #include <cstdio>
@@ -27,6 +29,12 @@ void toLittleEndian(T value, unsigned char* p) {
 } // namespace
 
 bool StreamFile::load(const std::string& path, std::string& error) {
+    // A device or a pipe has no size to trust and may give bytes forever.
+    struct stat st {};
+    if (::stat(path.c_str(), &st) == 0 && !S_ISREG(st.st_mode)) {
+        error = path + " is not a regular file";
+        return false;
+    }
     std::ifstream in(path, std::ios::binary);
     if (!in) {
         error = "cannot open " + path;

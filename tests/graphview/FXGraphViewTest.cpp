@@ -186,10 +186,14 @@ TEST_F(ViewFixture, SpacesAndPixels) {
 
 TEST_F(ViewFixture, EdgeThicknessFollowsTheZoom) {
     const int rh = UifStd::getRowHeight();
-    view->setViewZoom(1.0);
-    const int main = static_cast<int>(static_cast<double>(static_cast<float>(rh / 7.0)) + 0.5);
-    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeMain), std::max(1, main));
-    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeOutline), std::max(1, main) + 1);
+    ASSERT_GE(rh, 12) << "the cases below need a row of at least 12 pixels";
+    // 1.6 pixels rounds to 2; cut off without the half it would be 1.
+    view->setViewZoom(1.6 * 7.0 / rh);
+    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeMain), 2);
+    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeOutline), 3);
+    // 1.4 pixels stays 1; rounded up it would be 2.
+    view->setViewZoom(1.4 * 7.0 / rh);
+    EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeMain), 1);
     view->setViewZoom(0.0);
     EXPECT_EQ(view->getEdgeThickness(FXGraphView::EdgeMain), 1) << "never thinner than one pixel";
 }
@@ -217,7 +221,7 @@ TEST_F(ViewFixture, ScrollBarsFollowCentreAndZoomAndBack) {
     const double cyBefore = view->getViewCY();
     view->handleScrollbarMsg(v, ScrollBar::thumbMovedMsg);
     EXPECT_EQ(view->getViewZoom().getVal(), 0.8);
-    EXPECT_NEAR(view->getViewCY(), cyBefore, 0.2) << "the vertical thumb maps back near where it was";
+    EXPECT_DOUBLE_EQ(view->getViewCY(), cyBefore) << "the vertical thumb maps back to where it was";
 
     // A stretched thumb changes the zoom.
     h->setThumbSize(h->getThumbSize() * 1.3);
@@ -429,6 +433,93 @@ TEST(ViewNodesByHand, CanvasFollowsTheOutermostNodesAndTurnsGoThroughTheNodes) {
         EXPECT_EQ(two->moves, 2);
         EXPECT_EQ(origin->moves, 0) << "a node on the origin stays";
         EXPECT_EQ(origin->x(), 0.0);
+    }
+    VobManager::instance().reset();
+}
+
+TEST(ViewNodesByHand, ExtentsAndTheZoomThatFitsThem) {
+    ensureToolkitApplication();
+    GraphBuilder g;
+    g.channel(L"V1");
+    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(g.edit, "view-fit-test");
+    {
+        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
+        auto* a = new CountingNode(&view, 0.5, 0.25);
+        auto* b = new CountingNode(&view, -0.25, 0.75);
+        auto* c = new CountingNode(&view, 0.25, -0.5);
+        for (auto* n : {a, b, c})
+            view.add(Zk::Ptr<FXGraphViewNode>(n));
+        view.updateMinAndMaxPositions();
+        const double halfH = a->getTop() - a->y();
+        const Zk::Box<double> e = view.getGraphExtents();
+        EXPECT_DOUBLE_EQ(e.x1, -0.25 - 0.0625);
+        EXPECT_DOUBLE_EQ(e.x2, 0.5 + 0.0625);
+        EXPECT_DOUBLE_EQ(e.y1, -0.5 - halfH);
+        EXPECT_DOUBLE_EQ(e.y2, 0.75 + halfH) << "each corner widens the box on its own axis";
+
+        const double s0 = view.calcPhysicalScale(0.0), s1 = view.calcPhysicalScale(1.0);
+        ASSERT_LT(s0, s1);
+        // The 30-pixel margin: a box that fills the widget less 30 pixels fits at that scale.
+        const double want = (s0 + s1) / 2;
+        Zk::Box<double> box;
+        box.x1 = 0;
+        box.x2 = (600 - 30) / want;
+        box.y1 = 0;
+        box.y2 = (400 - 30) / want / 2; // the width decides
+        EXPECT_DOUBLE_EQ(view.fitViewToCanvRect(box), 0.5);
+        box.x2 = 1e-3;
+        box.y2 = 1e-3;
+        EXPECT_EQ(view.fitViewToCanvRect(box), 1.0) << "a tiny box clamps to full zoom";
+        box.x2 = 1e6;
+        box.y2 = 1e6;
+        EXPECT_EQ(view.fitViewToCanvRect(box), 0.0) << "a vast box clamps to the whole canvas";
+        box.x2 = 0;
+        box.y2 = 0;
+        EXPECT_EQ(view.fitViewToCanvRect(box), 1.0) << "a box of no size divides to infinity: zoom 1";
+
+        double cx = 99, cy = 99;
+        const double z = view.calcAutoScale(cx, cy);
+        EXPECT_DOUBLE_EQ(cx, (e.x1 + e.x2) / 2);
+        EXPECT_DOUBLE_EQ(cy, (e.y1 + e.y2) / 2);
+        Zk::Box<double> copy = e;
+        EXPECT_EQ(z, view.fitViewToCanvRect(copy));
+    }
+    VobManager::instance().reset();
+}
+
+TEST(ViewNodesByHand, ResetViewZoomsOutToShowEveryNodeAndRepaintsWhenAsked) {
+    ensureToolkitApplication();
+    // Three nodes that hang from no channel: each is a root of its own.
+    GraphBuilder g;
+    g.channel(L"V1");
+    for (uint32_t n = 1; n <= 3; ++n)
+        g.effect(n, 0);
+    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(g.edit, "view-reset-test");
+    {
+        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
+        ASSERT_EQ(view.nodes().size(), 3u);
+        const XY<double> places[] = {XY<double>(-0.75, -0.5), XY<double>(0.75, 0.5), XY<double>(0.25, 0)};
+        for (size_t i = 0; i < 3; ++i)
+            view.nodes()[i]->pos_.setPos(places[i].x, places[i].y, false);
+        view.updateMinAndMaxPositions();
+        view.setViewCentre(0, 0);
+        view.setViewZoom(1.0);
+        view.draw();
+        ASSERT_FALSE(view.isOutOfDate());
+        Zk::Box<double> all = view.getGraphExtents();
+        const double fit = view.fitViewToCanvRect(all);
+        ASSERT_LT(fit, 1.0) << "these nodes do not fit at full zoom";
+        view.resetView(RedrawIfChanged, RefitAlways);
+        EXPECT_DOUBLE_EQ(view.getViewZoom().getVal(), fit) << "zoomed out just enough";
+        EXPECT_FALSE(view.isOutOfDate()) << "a refit without a centring asks for no repaint";
+        view.setViewZoom(1.0);
+        view.resetView(RedrawIfChanged, RefitIfTooBigAndCentre);
+        EXPECT_DOUBLE_EQ(view.getViewZoom().getVal(), fit);
+        EXPECT_DOUBLE_EQ(view.getViewCX(), (all.x1 + all.x2) / 2) << "centred on the nodes";
+        EXPECT_TRUE(view.isOutOfDate()) << "a centred view repaints";
+        view.draw();
+        view.resetView(RedrawAlways, RefitAlways);
+        EXPECT_TRUE(view.isOutOfDate());
     }
     VobManager::instance().reset();
 }

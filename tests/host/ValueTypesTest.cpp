@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <string>
 
 #include "host/Cookie.h"
 #include "host/IdStamp.h"
@@ -143,4 +144,20 @@ TEST(LightweightString, NullEmptySharingAndLiterals) {
     EXPECT_STREQ(s.c_str(), kText) << "a change copies before writing";
     EXPECT_STREQ(t.c_str(), "Video Routing : Zoom!");
     EXPECT_STREQ(toUtf8(toWide(String("Caf\xc3\xa9 \xe2\x86\x92"))).c_str(), "Caf\xc3\xa9 \xe2\x86\x92");
+}
+
+TEST(Vector, AddingOneOfItsOwnElementsSurvivesGrowth) {
+    // Strings own heap memory, so a read of a freed block shows under the sanitizers and as
+    // a wrong value otherwise.
+    Vector<std::string> v;
+    for (int i = 0; i < 4; ++i)
+        v.append(std::string(40, static_cast<char>('a' + i)));
+    ASSERT_EQ(v.size(), v.capacity()) << "the next append must grow the block";
+    v.append(v[0]);
+    EXPECT_EQ(v[4], std::string(40, 'a'));
+    while (v.size() < v.capacity())
+        v.append("x");
+    v.insertAt(v[3], 0);
+    EXPECT_EQ(v[0], std::string(40, 'd'));
+    EXPECT_EQ(v[4], std::string(40, 'd')) << "the rest moved up by one";
 }

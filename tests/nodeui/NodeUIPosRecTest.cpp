@@ -3,14 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 
 #include "host/PStream.h"
 #include "host/StreamFile.h"
 #include "nodeui/NodeUIPosManager.h"
 #include "nodeui/NodeUIPosRec.h"
+#include "refhost/core/Base64.h"
 #include "refhost/edit/EditFile.h"
+#include "refhost/stream/ChainShape.h"
 #include "refhost/stream/EditObjectStore.h"
 #include "tests/nodeui/NodeUITestSupport.h"
+#include "tests/nodeui/StreamTestSupport.h"
 
 namespace {
 
@@ -205,6 +209,76 @@ TEST(EditObjects, SaveLoadSaveIsByteForByte) {
     EXPECT_EQ(packEditObjects(*third), store);
     EXPECT_FALSE(unpackEditObjects(*third, store.substr(0, store.size() - 1), error));
     EXPECT_FALSE(error.empty());
+}
+
+// The offsets of the headers of an object's top chain, all in format 2.
+std::vector<size_t> headerOffsets(const std::string& bytes) {
+    auto u32 = [&](size_t at) {
+        uint32_t v = 0;
+        for (int i = 3; i >= 0; --i)
+            v = (v << 8) | static_cast<unsigned char>(bytes[at + static_cast<size_t>(i)]);
+        return v;
+    };
+    std::vector<size_t> out;
+    for (size_t at = 0; at + 4 <= bytes.size();) {
+        out.push_back(at);
+        const size_t body = at + 4 + u32(at) + 10;
+        at = body + u32(body - 8);
+    }
+    return out;
+}
+
+std::string storedManager(EditPtr& edit) {
+    edit = makeEdit(1, 2);
+    Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(edit);
+    m->getRec(node(1), edit->cookie(), 0.5, -0.25);
+    m->getRec(node(2), edit->cookie(), 1.5, 2.0);
+    return packEditObject(*edit, "NodePosManager");
+}
+
+TEST(EditObjects, ALayerFromANewerRevisionCostsOnlyItself) {
+    EditPtr edit;
+    std::string bytes = storedManager(edit);
+    // A later revision derives one more class: its layer follows "J" inside every chunk.
+    Bytes extra;
+    extra.header("Z", 1, 0, 8, 8).f64(42.0);
+    for (size_t at : headerOffsets(bytes)) {
+        const size_t chunkField = at + 4 + static_cast<unsigned char>(bytes[at]) + 6;
+        uint32_t chunk = 0;
+        std::memcpy(&chunk, &bytes[chunkField], 4);
+        chunk += static_cast<uint32_t>(extra.size());
+        std::memcpy(&bytes[chunkField], &chunk, 4);
+    }
+    bytes += extra.bytes();
+    ASSERT_EQ(ChainShape(bytes).shortPath(), "$.T.N.J.Z");
+    ASSERT_TRUE(ChainShape(bytes).complete());
+
+    std::string text = "{\"objects\": {\"NodePosManager\": \"" + base64Encode(bytes) + "\"}}";
+    EditPtr loaded(new Edit);
+    std::string error;
+    ASSERT_TRUE(EditFile::loadFromText(text, "newer.json", *loaded, error)) << error;
+    auto m = Zk::dynamicCast<NodeUIPosManager>(loaded->openObjectInternal("NodePosManager"));
+    ASSERT_TRUE(m) << "read as the class its key names";
+    EXPECT_EQ(m->numRecs(), 2u);
+    ASSERT_TRUE(m->findRec(node(2)));
+    EXPECT_EQ(m->findRec(node(2))->y(), 2.0);
+}
+
+TEST(EditObjects, AnObjectCutBeforeItsLastLayerKeepsItsClassAndRecords) {
+    EditPtr edit;
+    const std::string bytes = storedManager(edit);
+    const std::vector<size_t> headers = headerOffsets(bytes);
+    ASSERT_EQ(headers.size(), 4u) << "$, T, N, J";
+    const std::string cut = bytes.substr(0, headers.back() + 3);
+
+    EditPtr into = makeEdit(1, 0);
+    std::string error;
+    LogCapture log;
+    ASSERT_TRUE(unpackEditObject(*into, "NodePosManager", cut, error)) << error;
+    auto m = Zk::dynamicCast<NodeUIPosManager>(into->openObjectInternal("NodePosManager"));
+    ASSERT_TRUE(m) << "not a base class whose reader drops the records";
+    EXPECT_EQ(m->numRecs(), 2u);
+    EXPECT_NE(log.all().find("Unexpected end-of-file"), std::string::npos) << log.all();
 }
 
 } // namespace

@@ -89,3 +89,34 @@ TEST(EditFile, SaveReplacesTheFileWhole) {
     EXPECT_EQ(back.nodes().size(), e->nodes().size());
     EXPECT_FALSE(std::filesystem::exists(path + ".tmp"));
 }
+
+TEST(EditFile, OnlyRegularFilesWithinTheLimitAreRead) {
+    std::string error;
+    Edit e;
+    EXPECT_FALSE(EditFile::load("/dev/zero", e, error));
+    EXPECT_EQ(error, "/dev/zero: not a regular file");
+    EXPECT_FALSE(EditFile::open(NODEDESK_SOURCE_DIR, error));
+    EXPECT_NE(error.find("not a regular file"), std::string::npos) << error;
+
+    // A sparse file one byte over the limit is refused by its size, before a byte is read.
+    const std::string big = std::string(NODEDESK_BINARY_DIR) + "/too-big.edit.json";
+    {
+        std::ofstream f(big, std::ios::binary | std::ios::trunc);
+        f << "{}";
+    }
+    std::filesystem::resize_file(big, EditFile::kMaxFileBytes + 1);
+    EXPECT_FALSE(EditFile::open(big, error));
+    EXPECT_NE(error.find("more than the 268435456"), std::string::npos) << error;
+    std::filesystem::resize_file(big, 2);
+    EXPECT_TRUE(EditFile::open(big, error)) << error;
+    std::filesystem::remove(big);
+}
+
+TEST(EditFile, HalfASurrogatePairIsRefused) {
+    std::string error;
+    Edit e;
+    EXPECT_FALSE(EditFile::loadFromText("{\"name\": \"a\\udcffb\"}", "t.json", e, error));
+    EXPECT_EQ(error, "t.json:1:18: expected the first half of a surrogate pair before its second");
+    EXPECT_TRUE(EditFile::loadFromText("{\"name\": \"a\\ud83d\\ude00b\"}", "t.json", e, error)) << error;
+    EXPECT_EQ(toUtf8(e.name()).str(), "a\xF0\x9F\x98\x80" "b");
+}

@@ -179,3 +179,46 @@ TEST(CutIterator, StepsOverTheCutsOfSeveralChannels) {
     EXPECT_FALSE(next(e).valid());
     EXPECT_EQ(prev(e).stripCookie(), m.other->material());
 }
+
+TEST(EditGraphIterator, ChannelsFeedingEachOtherInARingStillShowOnce) {
+    GraphBuilder g;
+    int v1 = g.channel(L"V1"), v2 = g.channel(L"V2"), v3 = g.channel(L"V3");
+    auto a = g.effect(1, 1), b = g.effect(2, 1), c = g.effect(3, 1);
+    g.feed(a, 0, v2);
+    g.feed(b, 0, v1);
+    g.feed(c, 0, v2); // V3 takes V2 in too, from outside the ring
+    g.graphEvent(v1, 0, 10, a);
+    g.graphEvent(v2, 0, 10, b);
+    g.graphEvent(v3, 0, 10, c);
+    std::vector<IdStamp> roots;
+    findAllRootNodeChans(g.edit, 1.0, roots, kVideoChan);
+    ASSERT_EQ(roots.size(), 2u) << "V1 and V2 feed each other; V1, the lower, stands for the ring";
+    EXPECT_EQ(roots[0], g.chanId(v1));
+    EXPECT_EQ(roots[1], g.chanId(v3)) << "nothing takes V3 in";
+    EditGraphIterator fromV2(g.edit, v2, 1.0, EditGraphIterator::optPrimary);
+    EXPECT_EQ(fromV2.getChanIndex(0), v1) << "the primary graph of a ring member is the ring's";
+    EditGraphIterator fromV3(g.edit, v3, 1.0, EditGraphIterator::optPrimary);
+    EXPECT_EQ(fromV3.getChanIndex(0), v3) << "nothing takes V3 in";
+}
+
+TEST(EditGraphIterator, ADetachedRingReportsOneTop) {
+    GraphBuilder g;
+    g.channel(L"V1");
+    // Ring 5 <-> 6, feeding 2 and 3 below it (lower ids than the ring); 2 feeds 3.
+    auto low = g.effect(2, 1), lower = g.effect(3, 0);
+    auto r1 = g.effect(5, 2), r2 = g.effect(6, 1);
+    GraphBuilder::link(r1, 0, r2);
+    GraphBuilder::link(r2, 0, r1);
+    GraphBuilder::link(r1, 1, low);
+    GraphBuilder::link(low, 0, lower);
+    // A second ring, fed by the first: it is not a top of its own.
+    auto s1 = g.effect(8, 1), s2 = g.effect(9, 1);
+    GraphBuilder::link(s1, 0, s2);
+    GraphBuilder::link(s2, 0, s1);
+    r2->setNumInputs(2);
+    GraphBuilder::link(r2, 1, s2);
+    std::vector<IdStamp> orphans;
+    FXEditor::findOrphanedComponents(g.edit, 1.0, orphans);
+    ASSERT_EQ(orphans.size(), 1u);
+    EXPECT_EQ(orphans[0], r1->getId());
+}

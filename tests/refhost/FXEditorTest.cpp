@@ -85,3 +85,28 @@ TEST(FXEditor, CycleInputsRotatesTheLinks) {
     EXPECT_FALSE(root->input(1).node);
     EXPECT_EQ(root->input(2).node, a);
 }
+
+TEST(FXEditor, ATransitionsInputsAreNotOpenToWiring) {
+    GraphBuilder g;
+    int v = g.channel(L"V1");
+    auto dissolve = g.effect(1, 2, "Transition:Dissolve");
+    auto loose = g.effect(2, 1);
+    g.graphEvent(v, 0, 10, dissolve);
+    FXEditor ed(g.edit);
+    EXPECT_FALSE(ed.canConnectNodes(at(g, dissolve), 0, at(g, loose)));
+    EditGraphIterator to = at(g, dissolve);
+    EXPECT_FALSE(ed.connectNodes(to, 1, at(g, loose), true));
+    EXPECT_FALSE(dissolve->input(1).node);
+}
+
+TEST(FXEditor, AnEditorWithoutAnEditRefusesToConnect) {
+    GraphBuilder g;
+    int v = g.channel(L"V1");
+    auto root = g.effect(1, 1);
+    auto loose = g.effect(2, 1);
+    g.graphEvent(v, 0, 10, root);
+    FXEditor ed{EditPtr()};
+    EditGraphIterator to = at(g, root);
+    EXPECT_FALSE(ed.connectNodes(to, 0, at(g, loose), true));
+    EXPECT_FALSE(root->input(0).node);
+}

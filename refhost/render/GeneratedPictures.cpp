@@ -87,6 +87,27 @@ OIIO::ImageBuf noise(int width, int height, int seed) {
     return buf;
 }
 
+OIIO::ImageBuf slate(int width, int height, const std::string& name, int seed) {
+    OIIO::ImageBuf buf(OIIO::ImageSpec(width, height, 4, OIIO::TypeDesc::FLOAT));
+    // A dark card whose hue follows the material, a lighter band across it, the name on the band.
+    const float hue = static_cast<float>(static_cast<unsigned>(seed) % 360u) / 360.f;
+    const Rgb card = {0.12f + 0.10f * hue, 0.14f, 0.22f - 0.10f * hue};
+    fillRect(buf, 0, 0, width, height, card);
+    const int bandTop = height * 3 / 8, bandBottom = height * 5 / 8;
+    fillRect(buf, 0, bandTop, width, bandBottom, {card[0] * 2.2f, card[1] * 2.2f, card[2] * 2.2f});
+    if (!name.empty() && height >= 16) {
+        const int size = std::max(8, (bandBottom - bandTop) * 2 / 3);
+        const float white[4] = {0.95f, 0.95f, 0.95f, 1.f};
+        // A font that the machine lacks leaves the card without its name; nothing else fails.
+        OIIO::ImageBufAlgo::render_text(buf, width / 2, (bandTop + bandBottom) / 2, name, size,
+                                        "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", white,
+                                        OIIO::ImageBufAlgo::TextAlignX::Center,
+                                        OIIO::ImageBufAlgo::TextAlignY::Center);
+        (void)OIIO::geterror(); // keep the library's error queue empty
+    }
+    return buf;
+}
+
 bool make(const std::string& source, int width, int height, int seed, OIIO::ImageBuf& out) {
     if (source == "bars")
         out = bars(width, height);

@@ -18,6 +18,9 @@ OIIO::ImageBuf ramp(int width, int height);
 OIIO::ImageBuf grid(int width, int height);
 // Grey noise, the same for the same seed and size.
 OIIO::ImageBuf noise(int width, int height, int seed);
+// A slate: a card that shows the name of a clip whose media can't be shown (a movie, missing
+// media), so that it is never silently black.
+OIIO::ImageBuf slate(int width, int height, const std::string& name, int seed);
 // The picture a source names; false for a source with nothing to show (such as "tone", audio)
 // or one not known.
 bool make(const std::string& source, int width, int height, int seed, OIIO::ImageBuf& out);

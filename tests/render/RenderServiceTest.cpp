@@ -440,3 +440,20 @@ TEST(RenderService, SampleEditsRender) {
 }
 
 } // namespace
+
+// A clip whose media can't be shown is a slate with its name on it, never black.
+TEST(RenderService, SlatesShowTheClipsName) {
+    auto named = RenderPixels::toSurface(GeneratedPictures::slate(200, 112, "interview_take3.mov", 7));
+    auto blank = RenderPixels::toSurface(GeneratedPictures::slate(200, 112, "", 7));
+    ASSERT_TRUE(named && blank);
+    int differing = 0, lit = 0;
+    for (int y = 0; y < 112; ++y)
+        for (int x = 0; x < 200; ++x) {
+            const Rgba a = at(*named, x, y), b = at(*blank, x, y);
+            differing += a.r != b.r || a.g != b.g || a.b != b.b;
+            lit += a.r + a.g + a.b > 30;
+        }
+    EXPECT_GT(differing, 100) << "the name is drawn on the band";
+    EXPECT_LT(differing, 200 * 112 / 4) << "and only there";
+    EXPECT_GT(lit, 200 * 112 / 2) << "the card is not black";
+}

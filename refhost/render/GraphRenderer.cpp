@@ -82,7 +82,8 @@ GraphRenderer::Picture GraphRenderer::renderUncached(const EditGraphIterator& it
         const int seed = static_cast<int>((id.a() * 73856093u) ^ (id.b() * 19349663u) ^ (id.c() * 83492791u));
         auto out = std::make_shared<OIIO::ImageBuf>();
         if (source == "slate") {
-            const EditMaterial* material = it.getEditH() ? it.getEditH()->findMaterial(m->material()) : nullptr;
+            const EditMaterial* material =
+                it.getEditH() ? it.getEditH()->findMaterial(m->material()) : nullptr;
             const std::string name = material ? std::string(toUtf8(material->name).c_str()) : std::string();
             *out = GeneratedPictures::slate(width_, height_, name, seed);
             return out;

@@ -12,7 +12,9 @@ class Edit;
 
 class StillsLru : public Render::StillsCache {
 public:
-    static constexpr size_t kDefaultMaxStills = 512;
+    // Enough for every node thumbnail of a screenful of graph (a 100x56 still is 22 KB); the byte
+    // bound is what keeps full frames in check.
+    static constexpr size_t kDefaultMaxStills = 8192;
     static constexpr size_t kDefaultMaxBytes = size_t(256) << 20;
 
     static StillsLru& instance();

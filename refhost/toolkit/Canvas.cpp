@@ -4,8 +4,11 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStaticText>
 #include <algorithm>
 #include <map>
+#include <string>
+#include <unordered_map>
 
 #include "host/GlibFonts.h"
 #include "host/Glob.h"
@@ -110,19 +113,40 @@ void paint(Painter& pp, const Glib::EllipseDescription& d) {
     p.drawArc(in, static_cast<int>(-d.startAngle * 16), static_cast<int>(-span * 16));
 }
 
+// Texts laid out once and kept, by font and text: a canvas repaints the same titles over and
+// over, and shaping a text costs far more than drawing it. The table starts afresh when full.
+const QStaticText& laidOut(const Glib::TextDescription& d, const QFont& f) {
+    static std::unordered_map<std::wstring, QStaticText> texts;
+    std::wstring key(d.text.view());
+    key += L'\x1f';
+    key += std::to_wstring(d.font.size) + (d.font.bold ? L"b" : L"");
+    for (const char c : d.font.name.view())
+        key += static_cast<wchar_t>(static_cast<unsigned char>(c));
+    auto it = texts.find(key);
+    if (it != texts.end())
+        return it->second;
+    if (texts.size() >= 4096)
+        texts.clear();
+    QStaticText st(toolkit::toQString(d.text));
+    st.setTextFormat(Qt::PlainText);
+    st.setPerformanceHint(QStaticText::AggressiveCaching);
+    st.prepare(QTransform(), f);
+    return texts.emplace(std::move(key), std::move(st)).first->second;
+}
+
 void paint(Painter& pp, const Glib::TextDescription& d) {
     QPainter& p = pp.p;
-    QFont f = toolkit::toQFont(d.font);
-    QFontMetrics fm(f);
-    QString s = toolkit::toQString(d.text);
-    int w = fm.horizontalAdvance(s);
+    const QFont f = toolkit::toQFont(d.font);
+    const QFontMetrics& fm = toolkit::fontMetrics(d.font);
+    const int w = Glib::textWidth(d.text, d.font);
     int x = d.alignment == 1 ? d.anchor.x - w : d.alignment == 2 ? d.anchor.x - w / 2 : d.anchor.x;
     p.save();
     p.translate(x, d.anchor.y);
     p.scale(1, -1);
     p.setFont(f);
     p.setPen(qcol(d.colour, pp.opacity));
-    p.drawText(0, 0, s);
+    // A laid-out text is placed by its top left; the anchor is on the baseline.
+    p.drawStaticText(QPointF(0, -fm.ascent()), laidOut(d, f));
     p.restore();
 }
 

@@ -1,6 +1,8 @@
 // The programs run end to end: output on good input, a one-line error and exit code 2 on bad.
 #include <gtest/gtest.h>
 
+#include "../support/ProgramRun.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -11,26 +13,8 @@
 
 namespace {
 
-struct ProgramRun {
-    std::string out;
-    int code = -1;
-};
-
-// Runs a program of the build; `env` goes before it, as `env` words such as "env -u DISPLAY".
 ProgramRun run(const std::string& args, const std::string& env = std::string()) {
-    ProgramRun r;
-    std::string cmd =
-        env + (env.empty() ? "" : " ") + std::string(NODEDESK_BINARY_DIR) + "/" + args + " 2>&1";
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return r;
-    std::array<char, 4096> buf;
-    size_t n;
-    while ((n = fread(buf.data(), 1, buf.size(), p)) > 0)
-        r.out.append(buf.data(), n);
-    int status = pclose(p);
-    r.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return r;
+    return runProgram(args, env);
 }
 
 std::string sample(const char* name) {

@@ -2,6 +2,8 @@
 // and a scroll too, numbers that read back to the same doubles, and the workbench's flag.
 #include <gtest/gtest.h>
 
+#include "../support/ProgramRun.h"
+
 #include <rapidjson/document.h>
 
 #include <algorithm>
@@ -91,19 +93,6 @@ void expectDumpOf(const FXGraphView& v, const std::string& path) {
                 EXPECT_TRUE(o["inputs"][k].IsNull());
         }
     }
-}
-
-std::pair<std::string, int> runProgram(const std::string& args) {
-    std::string out;
-    FILE* p = popen((std::string(NODEDESK_BINARY_DIR) + "/" + args + " 2>&1").c_str(), "r");
-    if (!p)
-        return {out, -1};
-    std::array<char, 4096> buf;
-    size_t n;
-    while ((n = fread(buf.data(), 1, buf.size(), p)) > 0)
-        out.append(buf.data(), n);
-    const int status = pclose(p);
-    return {out, WIFEXITED(status) ? WEXITSTATUS(status) : -1};
 }
 
 } // namespace

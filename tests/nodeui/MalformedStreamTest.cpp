@@ -2,6 +2,8 @@
 // prefix of every valid sample fails cleanly, and nodedesk-strm tells a stream from anything else.
 #include <gtest/gtest.h>
 
+#include "../support/ProgramRun.h"
+
 #include <cstdio>
 #include <string>
 
@@ -128,15 +130,9 @@ TEST(MalformedStreams, EveryPrefixOfEverySampleFailsCleanly) {
 }
 
 int run(const std::string& args, std::string& out) {
-    std::string cmd = std::string(NODEDESK_BINARY_DIR) + "/nodedesk-strm " + args + " 2>&1";
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return -1;
-    char buf[4096];
-    while (std::size_t n = std::fread(buf, 1, sizeof buf, p))
-        out.append(buf, n);
-    int rc = pclose(p);
-    return WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
+    ProgramRun r = runProgram("nodedesk-strm " + args);
+    out += r.out;
+    return r.code;
 }
 
 TEST(StreamTool, PrintsChainsAndRefusesWhatIsNoStream) {

@@ -2,6 +2,8 @@
 // reader and by the programs, which exit with code 2.
 #include <gtest/gtest.h>
 
+#include "../support/ProgramRun.h"
+
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -20,24 +22,8 @@ struct Refusal {
     const char* what;
 };
 
-struct ProgramRun {
-    std::string out;
-    int code = -1;
-};
-
 ProgramRun run(const std::string& args) {
-    ProgramRun r;
-    std::string cmd = std::string(NODEDESK_BINARY_DIR) + "/" + args + " 2>&1";
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return r;
-    std::array<char, 4096> buf;
-    size_t n;
-    while ((n = fread(buf.data(), 1, buf.size(), p)) > 0)
-        r.out.append(buf.data(), n);
-    int status = pclose(p);
-    r.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return r;
+    return runProgram(args);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // The workbench drives its routing panel from the command line, and says so when it can't.
 #include <gtest/gtest.h>
 
+#include "../support/ProgramRun.h"
+
 #include <array>
 #include <cstdio>
 #include <string>
@@ -9,25 +11,9 @@
 
 namespace {
 
-struct ProgramRun {
-    std::string out;
-    int code = -1;
-};
-
 ProgramRun workbench(const std::string& args) {
-    ProgramRun r;
-    std::string cmd = std::string(NODEDESK_BINARY_DIR) + "/nodedesk-workbench " + NODEDESK_SOURCE_DIR +
-                      "/samples/audio.edit.json --headless " + args + " 2>&1";
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return r;
-    std::array<char, 4096> buf;
-    size_t n;
-    while ((n = fread(buf.data(), 1, buf.size(), p)) > 0)
-        r.out.append(buf.data(), n);
-    int status = pclose(p);
-    r.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return r;
+    return runProgram("nodedesk-workbench " + std::string(NODEDESK_SOURCE_DIR) +
+                      "/samples/audio.edit.json --headless " + args);
 }
 
 TEST(WorkbenchRouting, ChoosesATabDragsAndClicksRowsAndDrawsThePanel) {

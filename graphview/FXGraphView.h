@@ -241,12 +241,7 @@ private:
     // list was changed behind its back.
     void appendViewNode(const Zk::Ptr<FXGraphViewNode>& n);
     void reindexNodes() const;
-    struct IdHash {
-        size_t operator()(const IdStamp& id) const {
-            return (size_t(id.a()) * 0x9E3779B97F4A7C15ull) ^ (size_t(id.b()) << 32 | id.c());
-        }
-    };
-    mutable std::unordered_map<IdStamp, size_t, IdHash> nodeIndex_;
+    mutable std::unordered_map<IdStamp, size_t, IdStampHash> nodeIndex_;
     mutable size_t indexedCount_ = 0;
     mutable const FXGraphViewNode* indexedLast_ = nullptr;
     bool indexedRebuild_ = true;

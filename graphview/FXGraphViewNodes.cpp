@@ -87,7 +87,7 @@ void FXGraphView::recalcNodeList(bool notifyGroup) {
         n.pos_.NotifyWithDisable::enable();
     };
     if (indexedRebuild_) {
-        std::unordered_map<IdStamp, size_t, IdHash> oldIndex;
+        std::unordered_map<IdStamp, size_t, IdStampHash> oldIndex;
         oldIndex.reserve(old.size());
         for (size_t i = 0; i < old.size(); ++i)
             oldIndex.emplace(old[i]->getId(), i);

@@ -10,16 +10,6 @@
 #include "host/EditGraphIterator.h"
 #include "host/FXEditor.h"
 
-namespace {
-
-struct IdHash {
-    size_t operator()(const IdStamp& id) const {
-        return (size_t(id.a()) * 0x9E3779B97F4A7C15ull) ^ (size_t(id.b()) << 32 | id.c());
-    }
-};
-
-} // namespace
-
 // One walk of an edit at one time, in the order a whole-edit search takes: each channel's graph
 // in channel order, then each orphaned component, depth first over inputs in rising order, each
 // node once per starting point. A node's answer is the path on which it was first reached.
@@ -29,7 +19,7 @@ struct EditGraphSearchScope::Walk {
         int parent = -1;
     };
     std::vector<Step> steps;
-    std::unordered_map<IdStamp, int, IdHash> first;
+    std::unordered_map<IdStamp, int, IdStampHash> first;
 
     void record(int step) { first.emplace(steps[static_cast<size_t>(step)].entry.node->getId(), step); }
 };

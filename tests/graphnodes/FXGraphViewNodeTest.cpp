@@ -57,7 +57,7 @@ TEST_F(NodeFixture, OutputsAreNumberedInLinkOrderWithOneFreeConnectorMore) {
         EXPECT_EQ(s->getOutputFor(r, i), i) << "outputs numbered in the order first linked";
         EXPECT_EQ(r->getInputFor(s, i), i);
     }
-    EXPECT_TRUE(s->addInput(0, nullptr) == false);
+    EXPECT_FALSE(s->addInput(0, nullptr)) << "no source, no link";
     EXPECT_TRUE(r->addInput(1, s));
     EXPECT_EQ(s->outputs().size(), 3u) << "a link walked twice is held once";
 

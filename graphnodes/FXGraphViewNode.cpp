@@ -366,14 +366,7 @@ void FXGraphViewNode::drawConnector(XY<int> pos, const FXGraphViewNode* farEnd, 
     else
         colour = highlighted_ ? kFreeHighlightedInput : view_->getBackgroundCol();
 
-    Glib::EllipseDescription e;
-    e.box.x1 = pos.x - r;
-    e.box.y1 = pos.y - r;
-    e.box.x2 = pos.x + r;
-    e.box.y2 = pos.y + r;
-    e.colour = fromColour(colour);
-    e.style = 0;
-    e.lineWidth = 1;
+    Glib::EllipseDescription e = FXGraphView::dotAt(pos, r, colour);
     view_->submitPrimitive(e);
 
     // A connected input shows its whole circle; an output or a free input only the outer half.

@@ -202,6 +202,9 @@ public:
     void drawStills();
     void drawText(const WString& text, const Zk::Box<int>& box, const Colour& colour, TextAlignment alignment,
                   const char* fontName);
+    // A filled circle of radius r round a point, as connectors and the ends of a dragged
+    // connection are drawn.
+    static Glib::EllipseDescription dotAt(const XY<int>& centre, int r, const Colour& colour);
     void drawText(const String& text, const Zk::Box<int>& box, const Colour& colour, TextAlignment alignment,
                   const char* fontName);
     // Every primitive of the view goes to the canvas through here: clipped to the clip box,
@@ -241,6 +244,8 @@ private:
     // list was changed behind its back.
     void appendViewNode(const Zk::Ptr<FXGraphViewNode>& n);
     void reindexNodes() const;
+    // Whether the index still describes nodes_ (same count, same last node).
+    bool indexIsCurrent() const;
     mutable std::unordered_map<IdStamp, size_t, IdStampHash> nodeIndex_;
     mutable size_t indexedCount_ = 0;
     mutable const FXGraphViewNode* indexedLast_ = nullptr;

@@ -247,17 +247,20 @@ void FXGraphView::drawDraggedConnection(eEdgeType type) {
     if (type == EdgeOutline)
         r += 1;
     const int ri = static_cast<int>(r);
-    for (const XY<int>& end : {to, from}) {
-        Glib::EllipseDescription dot;
-        dot.box.x1 = end.x - ri;
-        dot.box.y1 = end.y - ri;
-        dot.box.x2 = end.x + ri;
-        dot.box.y2 = end.y + ri;
-        dot.colour = fromColour(colour);
-        dot.style = 0;
-        dot.lineWidth = 1;
-        submitPrimitive(dot);
-    }
+    for (const XY<int>& end : {to, from})
+        submitPrimitive(dotAt(end, ri, colour));
+}
+
+Glib::EllipseDescription FXGraphView::dotAt(const XY<int>& centre, int r, const Colour& colour) {
+    Glib::EllipseDescription dot;
+    dot.box.x1 = centre.x - r;
+    dot.box.y1 = centre.y - r;
+    dot.box.x2 = centre.x + r;
+    dot.box.y2 = centre.y + r;
+    dot.colour = fromColour(colour);
+    dot.style = 0;
+    dot.lineWidth = 1;
+    return dot;
 }
 
 void FXGraphView::drawNodes() {

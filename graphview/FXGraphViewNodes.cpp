@@ -222,8 +222,12 @@ void FXGraphView::calcVisibleNodeList(Vector<IdStamp>& out) const {
 
 // --- finding nodes ----------------------------------------------------------------------------------
 
+bool FXGraphView::indexIsCurrent() const {
+    return indexedCount_ == nodes_.size() && (nodes_.empty() || nodes_.back().get() == indexedLast_);
+}
+
 void FXGraphView::appendViewNode(const Zk::Ptr<FXGraphViewNode>& n) {
-    if (indexedCount_ != nodes_.size() || (!nodes_.empty() && nodes_.back().get() != indexedLast_))
+    if (!indexIsCurrent())
         reindexNodes();
     nodes_.push_back(n);
     nodeIndex_.emplace(n->pos_.getNodeId(), nodes_.size() - 1);
@@ -245,7 +249,7 @@ FXGraphViewNode* FXGraphView::findViewRecForNode(const IdStamp& id) const {
         return findViewRecForNodeByScan(id);
     // The list may have been changed by other code than the walk: check the index still
     // describes it before trusting it.
-    if (indexedCount_ != nodes_.size() || (!nodes_.empty() && nodes_.back().get() != indexedLast_))
+    if (!indexIsCurrent())
         reindexNodes();
     auto it = nodeIndex_.find(id);
     if (it == nodeIndex_.end())

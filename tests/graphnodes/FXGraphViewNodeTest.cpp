@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "../support/GraphBuilder.h"
+#include "../support/BuiltGraphView.h"
 #include "graphnodes/FXGraphViewColourMatteNode.h"
 #include "graphnodes/FXGraphViewImageNode.h"
 #include "graphnodes/FXGraphViewNode.h"
@@ -18,29 +18,14 @@
 
 namespace {
 
-struct NodeFixture : ::testing::Test {
-    void SetUp() override {
-        ensureToolkitApplication();
-        prefs().setPreference(kOrientationPrefKey, "BottomToTop");
-        chan = g.channel(L"V1");
-    }
-    void TearDown() override {
-        delete view;
-        VobManager::instance().reset();
-    }
+struct NodeFixture : BuiltGraphView<> {
     FXGraphView& open() {
-        vob = VobManager::instance().vobFor(g.edit, "node-test");
-        vob->storeCurrentTime(1.0);
-        view = new FXGraphView(FXGraphView::InitArgs(800, 600, vob.get(), 1));
+        openView(800, 600, "node-test");
         view->setViewZoom(1.0);
         view->draw();
         return *view;
     }
     FXGraphViewNode* node(uint32_t n) { return view->findViewRecForNode(IdStamp(1, 0, n)); }
-    GraphBuilder g;
-    int chan = 0;
-    Zk::Ptr<Vob> vob;
-    FXGraphView* view = nullptr;
 };
 
 TEST_F(NodeFixture, OutputsAreNumberedInLinkOrderWithOneFreeConnectorMore) {

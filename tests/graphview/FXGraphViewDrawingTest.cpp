@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "../support/GraphBuilder.h"
+#include "../support/BuiltGraphView.h"
 #include "graphnodes/FXGraphViewNode.h"
 #include "graphview/FXGraphView.h"
 #include "host/Canvas.h"
@@ -19,21 +19,13 @@
 
 namespace {
 
-struct DrawFixture : ::testing::Test {
+struct DrawFixture : BuiltGraphView<> {
     void SetUp() override {
-        ensureToolkitApplication();
-        prefs().setPreference(kOrientationPrefKey, "BottomToTop");
-        const int chan = g.channel(L"V1");
+        BuiltGraphView::SetUp();
         root = g.effect(1, 2, "PixShader:Mix:over.fx");
         GraphBuilder::link(root, 0, g.effect(2, 0, "PixShader:Blur:gauss.fx"));
         g.graphEvent(chan, 0, 10, root);
-        vob = VobManager::instance().vobFor(g.edit, "drawing-test");
-        vob->storeCurrentTime(1.0);
-        view = new FXGraphView(FXGraphView::InitArgs(800, 600, vob.get(), 1));
-    }
-    void TearDown() override {
-        delete view;
-        VobManager::instance().reset();
+        openView(800, 600, "drawing-test");
     }
     const std::vector<Glib::RecordedPrimitive>& record() {
         CanvasRenderer& r = view->canvas()->renderer();
@@ -58,10 +50,7 @@ struct DrawFixture : ::testing::Test {
     }
     std::vector<Zk::Box<int>> areas;
     Zk::Box<int> clip;
-    GraphBuilder g;
     Zk::Ptr<EffectInstance_opu4h5a4j> root;
-    Zk::Ptr<Vob> vob;
-    FXGraphView* view = nullptr;
 };
 
 TEST_F(DrawFixture, PassesRunInOrderAndConnectionsTakeTheirSourcesColour) {

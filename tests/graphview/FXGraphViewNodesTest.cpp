@@ -6,7 +6,7 @@
 #include <string>
 #include <typeinfo>
 
-#include "../support/GraphBuilder.h"
+#include "../support/BuiltGraphView.h"
 #include "graphnodes/FXGraphViewAliasNode.h"
 #include "graphnodes/FXGraphViewColourMatteNode.h"
 #include "graphnodes/FXGraphViewImageNode.h"
@@ -27,22 +27,8 @@ struct OpenView : FXGraphView {
     void add(const Zk::Ptr<FXGraphViewNode>& n) { nodes_.push_back(n); }
 };
 
-struct ListFixture : ::testing::Test {
-    void SetUp() override {
-        ensureToolkitApplication();
-        prefs().setPreference(kOrientationPrefKey, "BottomToTop");
-        chan = g.channel(L"V1");
-    }
-    void TearDown() override {
-        delete view;
-        VobManager::instance().reset();
-    }
-    OpenView& open() {
-        vob = VobManager::instance().vobFor(g.edit, "node-list-test");
-        vob->storeCurrentTime(1.0);
-        view = new OpenView(FXGraphView::InitArgs(600, 400, vob.get(), 1));
-        return *view;
-    }
+struct ListFixture : BuiltGraphView<OpenView> {
+    OpenView& open() { return openView(600, 400, "node-list-test"); }
     std::string kindOf(const IdStamp& id) const {
         FXGraphViewNode* n = view->findViewRecForNode(id);
         if (!n)
@@ -59,10 +45,6 @@ struct ListFixture : ::testing::Test {
             return "alias";
         return "plain";
     }
-    GraphBuilder g;
-    int chan = 0;
-    Zk::Ptr<Vob> vob;
-    OpenView* view = nullptr;
 };
 
 TEST_F(ListFixture, EachGraphNodeGetsItsKindInWalkOrder) {

@@ -18,11 +18,6 @@ void FXGraphView::tidy() {
     update();
 }
 
-int FXGraphView::tidy(const NotifyMsg&) {
-    tidy();
-    return 0;
-}
-
 void FXGraphView::autoTidy() {
     autoTidyNodeRecs(getRoots(), XY<double>(0, 0));
 }

@@ -173,6 +173,8 @@ public:
     void autoTidyNodeRecs(const std::vector<IdStamp>& roots, XY<double> origin);
     // Tidies whenever two view nodes stand on exactly the same point.
     void checkForCoincidentNodes();
+    // The same outcome by comparing every pair, tidying again for each node that shares a point.
+    void checkForCoincidentNodesByScan();
     bool assignPositionFromChannel(FXGraphViewNode* node);
     void assignPositionFromConnections(FXGraphViewNode* node);
     void assignPositionsManual(Vector<FXGraphViewNode*>& nodes, double left, double right, double ySum,

@@ -14,6 +14,7 @@
 #include "host/UpdateDeferrer.h"
 #include "host/Vob.h"
 #include "nodeui/NodeUIPosManager.h"
+#include "refhost/edit/EditGenerator.h"
 
 namespace {
 
@@ -298,6 +299,42 @@ TEST(UIThreadCallbackDupeTest, DeliversAtOnceOnTheUiThreadAndThroughTheQueueElse
     deferring = nullptr;
     EXPECT_NO_FATAL_FAILURE(deliverPostedMessages());
     EXPECT_EQ(cb->invoke(NotifyMsg("gone")), 0) << "a guard that answers 0 stops a direct call too";
+}
+
+} // namespace
+
+namespace {
+
+// Two views on the same generated graph, every node put on one point; the hashed check and the
+// pairwise scan must leave the same positions (the tidy can itself leave nodes on one point,
+// which is what makes the pairwise scan tidy over and over).
+TEST(CoincidentNodes, TheHashedCheckLeavesWhatThePairwiseScanLeaves) {
+    ensureToolkitApplication();
+    for (uint32_t seed : {3u, 11u}) {
+        GeneratorOptions o;
+        o.seed = seed;
+        o.nodes = 300;
+        o.sharedLinks = seed == 3 ? 0.1 : 0.0;
+        // Two edits of one seed, so that the views share no records.
+        Zk::Ptr<Vob> vobA = VobManager::instance().vobFor(generateEdit(o), "coincident-a");
+        Zk::Ptr<Vob> vobB = VobManager::instance().vobFor(generateEdit(o), "coincident-b");
+        vobA->storeCurrentTime(1.0);
+        vobB->storeCurrentTime(1.0);
+        FXGraphView hashed(FXGraphView::InitArgs(400, 300, vobA.get(), 1));
+        FXGraphView scanned(FXGraphView::InitArgs(400, 300, vobB.get(), 1));
+        ASSERT_EQ(hashed.nodes().size(), scanned.nodes().size());
+        for (FXGraphView* v : {&hashed, &scanned})
+            for (const auto& n : v->nodes())
+                n->setPos(0.0, 0.0, false);
+        hashed.checkForCoincidentNodes();
+        EXPECT_NE(hashed.nodes()[1]->y(), 0.0) << "the nodes were tidied";
+        scanned.checkForCoincidentNodesByScan();
+        for (size_t i = 0; i < hashed.nodes().size(); ++i) {
+            ASSERT_EQ(hashed.nodes()[i]->x(), scanned.nodes()[i]->x()) << "seed " << seed << " node " << i;
+            ASSERT_EQ(hashed.nodes()[i]->y(), scanned.nodes()[i]->y()) << "seed " << seed << " node " << i;
+        }
+        VobManager::instance().reset();
+    }
 }
 
 } // namespace

@@ -142,13 +142,32 @@ struct StreamableLayer {
         return readLayer(obj, s);
     }
 
+    // As reading a string: a name that is this layer's own shares the text made once, so that
+    // no text is made per object.
+    static void readName(PStream& s, String& out) {
+        StreamFile& f = *s.file;
+        unsigned n = 0;
+        if (!f.getUnsignedLong(n))
+            return;
+        const String& own = shortName();
+        if (n == own.size() && f.remaining() >= n &&
+            std::equal(own.c_str(), own.c_str() + n, f.bytes().data() + f.position())) {
+            out = own;
+            f.position(f.position() + n);
+            return;
+        }
+        std::string text;
+        if (f.getBytes(text, n))
+            out = String(std::move(text));
+    }
+
     static eStatus readLayer(X* obj, PStream& s) {
         StreamFile& f = *s.file;
         PStreamObserver::LayerHeader h;
         h.start = f.position();
         int format = s.formatVersion;
         if (!f.eof())
-            s >> h.shortName;
+            readName(s, h.shortName);
 
         if (format == 1) {
             DynamicIntegralStorage<unsigned char, unsigned short> major, minor;

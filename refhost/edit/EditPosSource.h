@@ -40,7 +40,7 @@ public:
         slot.id = id;
         slot.rec = rec;
         if (recs_.size() * 2 > slots_.size())
-            rehash(slots_.size() * 4);
+            rehash(slots_.size() * 2);
         return rec;
     }
     VidRouting::Orientations::Orientation getOrientation() const override { return orientation_; }

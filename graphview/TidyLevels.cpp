@@ -23,26 +23,6 @@ TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : s
     sortIntoLevels();
 }
 
-uint64_t TidyLevels::hash(const IdStamp& id) {
-    uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
-    h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
-    h ^= h >> 31;
-    h *= 0xBF58476D1CE4E5B9ull;
-    return h ^ (h >> 29);
-}
-
-TidyLevels::Slot& TidyLevels::slotFor(const IdStamp& id) {
-    return const_cast<Slot&>(static_cast<const TidyLevels*>(this)->slotFor(id));
-}
-
-const TidyLevels::Slot& TidyLevels::slotFor(const IdStamp& id) const {
-    for (uint64_t i = hash(id) & mask_;; i = (i + 1) & mask_) {
-        const Slot& slot = table_[i];
-        if (slot.value == kEmpty || slot.id == id)
-            return slot;
-    }
-}
-
 void TidyLevels::insert(const IdStamp& id, uint32_t value) {
     if ((used_ + 1) * 2 > table_.size())
         grow();
@@ -80,7 +60,8 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
     const IdStamp id = here->getId();
     if (!id.valid())
         return kNone;
-    uint32_t index = slotFor(id).value;
+    Slot* slot = &slotFor(id);
+    uint32_t index = slot->value;
     if (index != kEmpty && ((index & kAbove) || onPath_[index] > 0))
         return kNone; // the path above already holds this node: a cycle is closed
 
@@ -112,7 +93,13 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         ids_.push_back(id);
         parents_.push_back(parentRec);
         onPath_.push_back(0);
-        insert(id, index);
+        if ((used_ + 1) * 2 > table_.size()) {
+            grow();
+            slot = &slotFor(id);
+        }
+        slot->id = id;
+        slot->value = index;
+        ++used_;
     }
     node = here.get();
     ++onPath_[index];

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "graphview/TidyNodeRec.h"
@@ -63,9 +64,21 @@ private:
     uint32_t enter(EditGraphIterator& iterator, const Frame* parent, FXGraphNodeBase*& node);
     void sortIntoLevels();
 
-    static uint64_t hash(const IdStamp& id);
-    Slot& slotFor(const IdStamp& id);
-    const Slot& slotFor(const IdStamp& id) const;
+    static uint64_t hash(const IdStamp& id) {
+        uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
+        h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
+        h ^= h >> 31;
+        h *= 0xBF58476D1CE4E5B9ull;
+        return h ^ (h >> 29);
+    }
+    const Slot& slotFor(const IdStamp& id) const {
+        for (uint64_t i = hash(id) & mask_;; i = (i + 1) & mask_) {
+            const Slot& slot = table_[i];
+            if (slot.value == kEmpty || slot.id == id)
+                return slot;
+        }
+    }
+    Slot& slotFor(const IdStamp& id) { return const_cast<Slot&>(std::as_const(*this).slotFor(id)); }
     void insert(const IdStamp& id, uint32_t value);
     void grow();
 

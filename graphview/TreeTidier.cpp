@@ -153,9 +153,10 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
 
     // Offsets: each input slot centred on its parent, input 0 on top. `tracks - 1` is unsigned
     // and 64 bits wide on purpose: a parent without valid tracks throws its children far off.
-    // The parent's record is the one the source gave at the parent's first visit.
+    // The parent's record is the one the source gave at the parent's first visit. A level's
+    // offsets depend on nothing placed, so they are worked out as each level comes.
     std::vector<uint64_t> tracksOf(tidy.size(), ~uint64_t{0});
-    for (size_t L = 0; L < tidy.numLevels(); ++L) {
+    auto offsetLevel = [&](size_t L) {
         for (uint32_t i : tidy.level(L)) {
             const TidyNodeRec& rec = tidy.rec(i);
             TidyOffset& o = place.offset(i);
@@ -177,15 +178,20 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
             o.offset.y = static_cast<double>(tracks - 1) * spacing.sibling * 0.5 -
                          static_cast<double>(rec.parentInput) * spacing.sibling;
         }
-    }
+    };
 
     // The repair pass: at most the first collision of each level from 2 down is mended, by
     // spreading the level above about the colliding node's parent.
-    if (wholeTree)
+    if (wholeTree) {
+        for (size_t L = 0; L < tidy.numLevels(); ++L)
+            offsetLevel(L);
         place.placeFrom(0);
+    }
     for (size_t L = 0; L < tidy.numLevels(); ++L) {
-        if (!wholeTree)
+        if (!wholeTree) {
+            offsetLevel(L);
             place.placeLevel(L);
+        }
         if (L < 2)
             continue;
         const std::span<const uint32_t> list = tidy.level(L);
@@ -269,20 +275,19 @@ bool TreeTidier::run(EditGraphIterator& iterator, double x, double y) {
     if (!wholeTree && place.negativeZero())
         place = layout(tidy, orientation, XY<double>(x, y), spacing, true);
 
-    // Each record is written once. A record given a value equal to its own keeps its own, so where
+    // Each record of a level is written once, in order of first visit, which is the order in
+    // which the source gave them. A record given a value equal to its own keeps its own, so where
     // the two differ only in the sign of a zero the record is first moved off it.
-    for (size_t L = 0; L < tidy.numLevels(); ++L) {
-        for (uint32_t i : tidy.level(L)) {
-            NodeUIPosRec* r = tidy.rec(i).posRec;
-            if (!r)
-                continue;
-            const double px = place.x(i);
-            const double py = place.y(i);
-            if (place.negativeZero() && px == r->x() && py == r->y() &&
-                !(sameBits(px, r->x()) && sameBits(py, r->y())))
-                r->setPos(std::nan(""), std::nan(""), false);
-            r->setPos(px, py, false);
-        }
+    for (uint32_t i = 0; i < tidy.size(); ++i) {
+        NodeUIPosRec* r = tidy.rec(i).posRec;
+        if (!r || !tidy.inLevels(i))
+            continue;
+        const double px = place.x(i);
+        const double py = place.y(i);
+        if (place.negativeZero() && px == r->x() && py == r->y() &&
+            !(sameBits(px, r->x()) && sameBits(py, r->y())))
+            r->setPos(std::nan(""), std::nan(""), false);
+        r->setPos(px, py, false);
     }
 
     // The extents hold node centres. They are taken in the order of the ids, where the first of

@@ -90,12 +90,36 @@ struct StreamableLayer {
         return s.inError() ? StreamableTraitsBase::statusFailed : StreamableTraitsBase::statusPacked;
     }
 
+    // The short name, made once: every object of a stream writes and checks it.
+    static const String& shortName() {
+        static const String name = X::shortLayerName();
+        return name;
+    }
+
+    // The header in one write: the short name with its length, the revisions, the sizes.
     static void writeHeader(const X* obj, PStream& s, unsigned layerSize, unsigned chunkSize) {
-        s << X::shortLayerName();
-        s.file->setCookedChar(static_cast<char>(obj->X::revisionMajor()));
-        s.file->setCookedChar(static_cast<char>(obj->X::revisionMinor()));
-        s.file->setUnsignedLong(layerSize);
-        s.file->setUnsignedLong(chunkSize);
+        const String& name = shortName();
+        char header[64];
+        if (name.size() > sizeof header - 14) {
+            s << name;
+            s.file->setCookedChar(static_cast<char>(obj->X::revisionMajor()));
+            s.file->setCookedChar(static_cast<char>(obj->X::revisionMinor()));
+            s.file->setUnsignedLong(layerSize);
+            s.file->setUnsignedLong(chunkSize);
+            return;
+        }
+        auto putLong = [](char* at, uint32_t v) {
+            for (int i = 0; i < 4; ++i)
+                at[i] = static_cast<char>(v >> (8 * i));
+        };
+        const uint32_t n = static_cast<uint32_t>(name.size());
+        putLong(header, n);
+        std::copy(name.c_str(), name.c_str() + n, header + 4);
+        header[4 + n] = static_cast<char>(obj->X::revisionMajor());
+        header[5 + n] = static_cast<char>(obj->X::revisionMinor());
+        putLong(header + 6 + n, layerSize);
+        putLong(header + 10 + n, chunkSize);
+        s.file->setBytes(header, 14 + n);
     }
 
     // --- unpacking -----------------------------------------------------------------------------
@@ -118,13 +142,32 @@ struct StreamableLayer {
         return readLayer(obj, s);
     }
 
+    // As reading a string: a name that is this layer's own shares the text made once, so that
+    // no text is made per object.
+    static void readName(PStream& s, String& out) {
+        StreamFile& f = *s.file;
+        unsigned n = 0;
+        if (!f.getUnsignedLong(n))
+            return;
+        const String& own = shortName();
+        if (n == own.size() && f.remaining() >= n &&
+            std::equal(own.c_str(), own.c_str() + n, f.bytes().data() + f.position())) {
+            out = own;
+            f.position(f.position() + n);
+            return;
+        }
+        std::string text;
+        if (f.getBytes(text, n))
+            out = String(std::move(text));
+    }
+
     static eStatus readLayer(X* obj, PStream& s) {
         StreamFile& f = *s.file;
         PStreamObserver::LayerHeader h;
         h.start = f.position();
         int format = s.formatVersion;
         if (!f.eof())
-            s >> h.shortName;
+            readName(s, h.shortName);
 
         if (format == 1) {
             DynamicIntegralStorage<unsigned char, unsigned short> major, minor;
@@ -194,7 +237,7 @@ struct StreamableLayer {
             return StreamableTraitsBase::statusUnpacked;
 
         if (!s.inError() && !h.shortName.empty()) {
-            if (h.shortName != X::shortLayerName() && h.shortName != X::layerName()) {
+            if (h.shortName != shortName() && h.shortName != X::layerName()) {
                 s.errors << "Expected short name '" << X::shortLayerName() << "' for layer " << X::layerName()
                          << ", got " << h.shortName << ".";
                 f.position(chunkEnd);

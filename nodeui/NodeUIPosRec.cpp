@@ -1,6 +1,9 @@
 // A node position record: moving it, its own servers' changes, and layer "K".
 #include "nodeui/NodeUIPosRec.h"
 
+#include <cstdint>
+#include <cstring>
+
 #include "host/PStream.h"
 #include "host/StreamClassRegistrar.h"
 #include "host/StreamFile.h"
@@ -31,9 +34,10 @@ NodeUIPosRec::NodeUIPosRec(BuilderType b, const NodeUIPosRec& other)
 
 NodeUIPosRec::~NodeUIPosRec() = default;
 
+// The servers are new: no manager and no client has them yet, so nobody is there to be told.
 void NodeUIPosRec::startAtOrigin() {
-    x_ = 0.0;
-    y_ = 0.0;
+    x_.storeSilently(0.0);
+    y_.storeSilently(0.0);
     MultiValClient<double>::registerWith(&x_);
     MultiValClient<double>::registerWith(&y_);
 }
@@ -84,13 +88,18 @@ void NodeUIPosRec::handleValChanged(ValServer<double>*) {
     sendUpdateNotification();
 }
 
+// The body in one write: x, y, the anchor's x and y as little-endian doubles, then the flag.
 void NodeUIPosRec::pack(PStream& s) const {
-    StreamFile& f = *s.file;
-    f.setDouble(x_.getVal());
-    f.setDouble(y_.getVal());
-    f.setDouble(anchorX_);
-    f.setDouble(anchorY_);
-    f.setCookedChar(hasAnchor_ ? 1 : 0);
+    char body[33];
+    const double values[4] = {x_.getVal(), y_.getVal(), anchorX_, anchorY_};
+    for (int v = 0; v < 4; ++v) {
+        uint64_t bits;
+        std::memcpy(&bits, &values[v], 8);
+        for (int i = 0; i < 8; ++i)
+            body[8 * v + i] = static_cast<char>(bits >> (8 * i));
+    }
+    body[32] = hasAnchor_ ? 1 : 0;
+    s.file->setBytes(body, sizeof body);
 }
 
 void NodeUIPosRec::unpack(PStream& s) {

@@ -1,6 +1,9 @@
 // One node UI record: its node, its host edit, its update message and layer "L".
 #include "nodeui/NodeUIRecBase.h"
 
+#include <algorithm>
+#include <string>
+
 #include "host/Edit.h"
 #include "host/FXGraphNodeBase.h"
 #include "host/NotifyMsgTypeDictionary.h"
@@ -89,9 +92,25 @@ void NodeUIRecBase::unpack(PStream& s) {
     nodeId_.unpack(s, stampVersion);
     ++idChanges_;
     if (revisionMinor_ != 0) {
-        String text;
-        s >> text;
-        hostEditCookie_ = Cookie::fromString(text);
+        // The records of a manager share one host edit: a text like the last one is not read
+        // again.
+        thread_local std::string lastText;
+        thread_local Cookie lastCookie;
+        StreamFile& f = *s.file;
+        unsigned n = 0;
+        if (!f.getUnsignedLong(n)) {
+            hostEditCookie_ = Cookie();
+        } else if (n == lastText.size() && f.remaining() >= n &&
+                   std::equal(lastText.begin(), lastText.end(), f.bytes().data() + f.position())) {
+            f.position(f.position() + n);
+            hostEditCookie_ = lastCookie;
+        } else {
+            std::string text;
+            f.getBytes(text, n);
+            hostEditCookie_ = Cookie::fromString(String(text));
+            lastText = std::move(text);
+            lastCookie = hostEditCookie_;
+        }
     }
     revisionMajor(1);
     revisionMinor(1);

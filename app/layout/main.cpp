@@ -56,9 +56,23 @@ public:
         return *this << std::string_view(b, static_cast<size_t>(r.ptr - b));
     }
     Out& quoted(std::string_view text) {
-        std::string q;
-        appendQuoted(q, text, "\\u%04x");
-        return *this << q;
+        appendQuoted(buf_, text, "\\u%04x");
+        if (buf_.size() > (1u << 16))
+            flush();
+        return *this;
+    }
+    // An id as "a.b.c", in quotes.
+    Out& id(const IdStamp& id) {
+        char b[40];
+        char* p = b;
+        *p++ = '"';
+        p = std::to_chars(p, b + sizeof b, id.a()).ptr;
+        *p++ = '.';
+        p = std::to_chars(p, b + sizeof b, id.b()).ptr;
+        *p++ = '.';
+        p = std::to_chars(p, b + sizeof b, id.c()).ptr;
+        *p++ = '"';
+        return *this << std::string_view(b, static_cast<size_t>(p - b));
     }
     void flush() {
         std::fwrite(buf_.data(), 1, buf_.size(), stdout);
@@ -68,6 +82,22 @@ public:
 private:
     std::string buf_;
 };
+
+// Ends the program once everything is written. Outside the sanitizers the edit and its records
+// are not taken apart one by one: the system takes the memory back whole, which on a large edit
+// saves a tenth of a second. Under them everything is let go as usual, so that leaks are found.
+int finish(Out& out) {
+    out.flush();
+#if defined(__SANITIZE_ADDRESS__)
+    return 0;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+    return 0;
+#endif
+#endif
+    std::fflush(stdout);
+    std::_Exit(0);
+}
 
 struct Placed {
     FXGraphNodeBase* node;
@@ -163,8 +193,8 @@ int main(int argc, char** argv) {
         // Positions in points, pinned, so that a Graphviz tool draws the layout as it stands.
         out << "digraph layout {\n  node [shape=box];\n";
         for (const Placed& p : placed) {
-            out << "  "
-                << "\"" << p.node->getId().asString().str() << "\" [label=";
+            out << "  ";
+            out.id(p.node->getId()) << " [label=";
             out.quoted(toUtf8(p.node->getName()).str());
             out << ", pos=\"";
             out.number(p.x * 72.0) << ",";
@@ -172,11 +202,13 @@ int main(int argc, char** argv) {
         }
         for (const Placed& p : placed)
             for (const auto& in : p.node->inputs())
-                if (FXGraphNodeBase* from = inputOf(in))
-                    out << "  \"" << from->getId().asString().str() << "\" -> \""
-                        << p.node->getId().asString().str() << "\";\n";
+                if (FXGraphNodeBase* from = inputOf(in)) {
+                    out << "  ";
+                    out.id(from->getId()) << " -> ";
+                    out.id(p.node->getId()) << ";\n";
+                }
         out << "}\n";
-        return 0;
+        return finish(out);
     }
 
     out << "{\n  \"edit\": ";
@@ -189,7 +221,7 @@ int main(int argc, char** argv) {
     for (size_t r = 0; r < roots.size(); ++r) {
         const Zk::Box<double>& b = extents[r];
         out << (r ? ",\n    " : "\n    ") << "{\"root\": ";
-        out.quoted(roots[r].asString().str());
+        out.id(roots[r]);
         out << ", \"extents\": {\"minX\": ";
         out.number(b.x1) << ", \"minY\": ";
         out.number(b.y1) << ", \"maxX\": ";
@@ -200,7 +232,7 @@ int main(int argc, char** argv) {
     for (size_t i = 0; i < placed.size(); ++i) {
         const Placed& p = placed[i];
         out << (i ? ",\n    " : "\n    ") << "{\"id\": ";
-        out.quoted(p.node->getId().asString().str());
+        out.id(p.node->getId());
         out << ", \"kind\": ";
         out.quoted(kindOf(p.node));
         if (!p.node->tagTypeId().empty()) {
@@ -210,7 +242,7 @@ int main(int argc, char** argv) {
         out << ", \"name\": ";
         out.quoted(toUtf8(p.node->getName()).str());
         out << ", \"root\": ";
-        out.quoted(roots[p.root].asString().str());
+        out.id(roots[p.root]);
         out << ", \"x\": ";
         out.number(p.x) << ", \"y\": ";
         out.number(p.y) << ", \"inputs\": [";
@@ -218,12 +250,12 @@ int main(int argc, char** argv) {
         for (size_t k = 0; k < p.node->inputs().size(); ++k) {
             out << (k ? ", " : "");
             if (FXGraphNodeBase* from = inputOf(p.node->inputs()[k]))
-                out.quoted(from->getId().asString().str());
+                out.id(from->getId());
             else
                 out << "null";
         }
         out << "]}";
     }
     out << (placed.empty() ? "]\n}\n" : "\n  ]\n}\n");
-    return 0;
+    return finish(out);
 }

@@ -20,6 +20,7 @@
 #include "host/StripColourManager.h"
 #include "host/UifStd.h"
 #include "host/Vob.h"
+#include "refhost/edit/AnyEditFile.h"
 #include "refhost/edit/EditFile.h"
 #include "refhost/notify/FunctionCallback.h"
 #include "refhost/toolkit/GlobImpl.h"
@@ -108,7 +109,6 @@ TimelineView::TimelineView(const GlobCreationInfo& info, Vob* vob)
                                      70, PushButton::calcHeight()));
     addChild(speedChoice_, BottomLeft(0, 0));
     speedChoice_->setSelectedItem(MenuItemIndex(2));
-    open_->setActive(false, NoRedraw);
     placeButtons();
     clock_.setTickListener([this] {
         if (!clock_.isPlaying())
@@ -265,21 +265,37 @@ bool TimelineView::saveTo(const std::string& path, std::string& error) {
     return true;
 }
 
-void TimelineView::setOpenHandler(std::function<bool(const std::string&, std::string&)> h) {
-    openHandler_ = std::move(h);
-    open_->setActive(static_cast<bool>(openHandler_));
+bool TimelineView::openFile(const std::string& path, std::string& error) {
+    EditPtr e = getEdit();
+    if (!e || !vob()) {
+        error = "no edit to open into";
+        return false;
+    }
+    EditPtr loaded = AnyEditFile::open(path, error);
+    if (!loaded)
+        return false;
+    if (isPlaying())
+        stop();
+    vob()->makeBackup();
+    e->copyStateFrom(*loaded);
+    e->setVideoMetadata(loaded->getVideoMetadata());
+    e->setDirty(false);
+    vob()->storeCurrentTime(e->getStartTime());
+    path_ = path;
+    e->addModification(EditModifications(EditModification(kModReloaded, 0)), true, 0x20);
+    if (opened_)
+        opened_();
+    return true;
 }
 
 void TimelineView::askOpen() {
-    if (!openHandler_)
-        return;
     const QString file = QFileDialog::getOpenFileName(
         nullptr, QStringLiteral("Open an edit"), QString(),
         QStringLiteral("Edits and timelines (*.edit.json *.otio *.OTIO);;All files (*)"));
     if (file.isEmpty())
         return;
     std::string error;
-    if (!openHandler_(file.toStdString(), error)) {
+    if (!openFile(file.toStdString(), error)) {
         status_ = toWide(String("can't open: " + error));
         update();
     }

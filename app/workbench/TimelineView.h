@@ -58,8 +58,13 @@ public:
     const std::string& path() const { return path_; }
     // Saves the edit to path; false with the error.
     bool saveTo(const std::string& path, std::string& error);
-    // What Open does with the chosen file; without one the button is inactive.
-    void setOpenHandler(std::function<bool(const std::string&, std::string&)> h);
+    // Opens another edit or timeline file in place of the one shown: the same edit takes the
+    // file's state, the playhead goes to its start, and the change is told as a reload (type
+    // 11, with the Vob flag 0x20 "the edit shown changed"), so every view on it starts afresh.
+    // The open is an undo step like any other change. False with the error, the edit untouched.
+    bool openFile(const std::string& path, std::string& error);
+    // Told after a file was opened.
+    void setOpenedListener(std::function<void()> listener) { opened_ = std::move(listener); }
 
     // --- geometry, y upward in the widget's pixels
     int timeToX(double t) const;
@@ -104,7 +109,7 @@ private:
     IdStamp watchedId_;
     WString status_;
     std::string path_;
-    std::function<bool(const std::string&, std::string&)> openHandler_;
+    std::function<void()> opened_;
     int speed_ = 1024;
     CutDrag cutDrag_;
     bool scrubbing_ = false;

@@ -12,6 +12,7 @@
 
 #include "app/workbench/RoutingWindow.h"
 #include "app/workbench/TimelineView.h"
+#include "app/workbench/TimesList.h"
 #include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
 #include "graphview/FXGraphView.h"
@@ -66,44 +67,11 @@ bool haveDisplay() {
     return (x && *x) || (wayland && *wayland);
 }
 
-// The playhead moves of --times: seconds, separated by commas, at least one.
-bool parseTimes(const std::string& v, std::vector<double>& out) {
-    out.clear();
-    size_t from = 0;
-    while (from <= v.size()) {
-        const size_t comma = std::min(v.find(',', from), v.size());
-        const std::string one = v.substr(from, comma - from);
-        char* end = nullptr;
-        const double t = std::strtod(one.c_str(), &end);
-        if (one.empty() || *end != '\0' || !std::isfinite(t))
-            return false;
-        out.push_back(t);
-        from = comma + 1;
-    }
-    return !out.empty();
-}
-
 // The picture of step n (from 1) of a run that writes one per step.
 std::string stepSnapshotPath(const std::string& dir, size_t n) {
     char name[32];
     std::snprintf(name, sizeof name, "/step-%03zu.png", n);
     return dir + name;
-}
-
-// Opens another edit in place of the one shown: the same edit object takes the file's state,
-// and the change is told as a reload, so every view on it starts afresh. The undo history
-// stays, so that an open can be undone like any other change.
-bool openInPlace(const EditPtr& edit, Vob& vob, const std::string& path, std::string& error) {
-    EditPtr loaded = AnyEditFile::open(path, error);
-    if (!loaded)
-        return false;
-    vob.makeBackup();
-    edit->copyStateFrom(*loaded);
-    edit->setVideoMetadata(loaded->getVideoMetadata());
-    edit->setDirty(false);
-    vob.storeCurrentTime(edit->getStartTime());
-    edit->addModification(EditModifications(EditModification(kModReloaded, 0)), true, 0x20);
-    return true;
 }
 
 } // namespace
@@ -136,7 +104,7 @@ int main(int argc, char** argv) {
                 if (v.empty())
                     return fail("--snapshot-each needs a folder");
                 snapshotEach = v;
-            } else if (!parseTimes(v, times)) {
+            } else if (!parseTimesList(v, times)) {
                 return fail("--times takes seconds separated by commas, not '" + v + "'");
             }
             continue;
@@ -210,14 +178,10 @@ int main(int argc, char** argv) {
     if (timeline) {
         timeline->watch(graph);
         timeline->setPath(editPath);
-        timeline->setOpenHandler([&](const std::string& path, std::string& error) {
-            if (!openInPlace(edit, *vob, path, error))
-                return false;
-            timeline->setPath(path);
+        timeline->setOpenedListener([&] {
             bench->setTitle(UIString(L"nodedesk \u2014 " + edit->name().str()));
             if (graph)
                 fitGraph(*graph);
-            return true;
         });
     }
     Glob::setupRootPos(bench->canvas(), glib_getPosForWindow(w, h));

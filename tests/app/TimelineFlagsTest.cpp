@@ -6,6 +6,7 @@
 #include <string>
 
 #include "../support/ProgramRun.h"
+#include "app/workbench/TimesList.h"
 
 namespace {
 
@@ -45,4 +46,17 @@ TEST(TimelineFlags, BadTimesAreRefusedInOneLine) {
     auto [missing, missingCode] = runProgram("nodedesk-workbench " + kSample + " --headless --times");
     EXPECT_EQ(missingCode, 2) << missing;
     EXPECT_FALSE(std::filesystem::exists(dir)) << "nothing written for a refused run";
+}
+
+TEST(TimelineFlags, TheListReadsFiniteSecondsBetweenSingleCommas) {
+    std::vector<double> t;
+    ASSERT_TRUE(parseTimesList("2,7.96,-1,1e1", t));
+    EXPECT_EQ(t, (std::vector<double>{2, 7.96, -1, 10}));
+    ASSERT_TRUE(parseTimesList("3", t));
+    EXPECT_EQ(t.size(), 1u);
+    for (const char* bad :
+         {"", ",", "1,", ",1", "1,,2", "1;2", " 1", "1 ", "nan", "-inf", "1e999", "2s", "1,x"}) {
+        EXPECT_FALSE(parseTimesList(bad, t)) << "'" << bad << "'";
+        EXPECT_TRUE(t.empty()) << "'" << bad << "'";
+    }
 }

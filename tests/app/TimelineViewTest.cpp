@@ -229,3 +229,28 @@ TEST_F(TimelineViewTest, ScrubbingAMinuteOfCutsRebuildsOncePerCut) {
         timeline->stepFrames(-1);
     EXPECT_EQ(graph->nodeListBuilds() - back, 3u) << "the cuts at 50, 45 and 42 s";
 }
+
+TEST_F(TimelineViewTest, OpeningAFileReplacesTheEditShownAsOneUndoableStep) {
+    open("multitrack.edit.json", 5.0);
+    const std::string before = EditFile::saveToText(*edit);
+    int opened = 0;
+    timeline->setOpenedListener([&] { ++opened; });
+    const unsigned builds = graph->nodeListBuilds();
+    std::string error;
+    ASSERT_TRUE(timeline->openFile(std::string(NODEDESK_SOURCE_DIR) + "/samples/scrub.edit.json", error))
+        << error;
+    EXPECT_EQ(opened, 1);
+    EXPECT_EQ(edit->name(), WString(L"A minute of cuts"));
+    EXPECT_EQ(now(), 0.0) << "the playhead at the start of the opened edit";
+    EXPECT_EQ(graph->nodeListBuilds(), builds + 1) << "the graph is built afresh, once";
+    EXPECT_NE(status().find("rebuild"), std::string::npos) << status();
+    EXPECT_EQ(timeline->path(), std::string(NODEDESK_SOURCE_DIR) + "/samples/scrub.edit.json");
+
+    EXPECT_FALSE(timeline->openFile("/nonexistent/x.edit.json", error));
+    EXPECT_FALSE(error.empty());
+    EXPECT_EQ(edit->name(), WString(L"A minute of cuts")) << "a failed open changes nothing";
+    EXPECT_EQ(opened, 1);
+
+    timeline->undo();
+    EXPECT_EQ(EditFile::saveToText(*edit), before) << "undo brings the edit before back";
+}

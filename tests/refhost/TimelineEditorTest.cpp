@@ -8,6 +8,8 @@
 
 #include "host/Edit.h"
 #include "host/EffectInstance_opu4h5a4j.h"
+#include "host/EffectTemplateManager.h"
+#include "host/FXEditor.h"
 #include "host/ToolkitApp.h"
 #include "host/TransitStatus.h"
 #include "host/Vob.h"
@@ -184,6 +186,38 @@ TEST_F(TimelineEditorTest, EffectSettingsPublishTheirGraphDetail) {
     refused([&] { return editor->rename(IdStamp("99.0.1"), L"x"); }, "no such node");
     refused([&] { return editor->removeEffect(IdStamp("21.0.1")); }, "a material isn't an effect");
     EXPECT_FALSE(editor->redo()) << "nothing to redo after a new step";
+}
+
+TEST_F(TimelineEditorTest, OtherEditsOfTheHostTellCutsAndTheRunningTransport) {
+    // A template laid on black cuts it: a new event, and the cuts changed.
+    FXEditor ed(edit);
+    auto matte = EffectTemplateManager::instance().find(L"Flat colour matte");
+    ASSERT_TRUE(matte);
+    EditModifications mods;
+    unsigned flags = 0;
+    mods = roundTrip(
+        [&] {
+            EasyBackup step(edit);
+            return ed.autoApplyEffectsTemplate(matte, EditModule(edit, 1, 3, edit->chan(3).id), 0, 0, nullptr)
+                .ok;
+        },
+        &flags);
+    EXPECT_TRUE(mods.includes(kModEffectApplied, 0));
+    EXPECT_TRUE(mods.includes(kModStructure, 0));
+    EXPECT_EQ(flags, 0x8u);
+
+    // Rewiring while the transport runs tells it to read the graph again; at rest it doesn't.
+    EditGraphIterator mix = FXEditor::getIteratorFor(edit, IdStamp("20.0.1"), 1.0, 9);
+    EditGraphIterator grade = FXEditor::getIteratorFor(edit, IdStamp("20.0.3"), 1.0, 9);
+    ASSERT_TRUE(mix.isValid() && grade.isValid());
+    const unsigned told = TransitStatus::manager().graphChanges();
+    ASSERT_TRUE(ed.connectNodes(mix, 2, grade, true));
+    EXPECT_EQ(TransitStatus::manager().graphChanges(), told);
+    TransitStatus::manager().setSpeed(1024);
+    ASSERT_TRUE(ed.disconnectNodes(mix, 2, true));
+    ASSERT_TRUE(ed.cycleInputs(mix, true));
+    TransitStatus::manager().setSpeed(0);
+    EXPECT_EQ(TransitStatus::manager().graphChanges(), told + 2);
 }
 
 TEST(PlayClockTest, PlaysAtTheSpeedOnFramesAndStopsAtTheEnd) {

@@ -30,7 +30,7 @@ namespace {
 constexpr int kNameWidth = 44;
 constexpr int kRightMargin = 8;
 constexpr int kRulerHeight = 18;
-constexpr int kTrackHeight = 24;
+constexpr int kTrackHeight = 20;
 constexpr int kCutGrab = 4;
 const wchar_t* const kSpeedNames[] = {L"0.25x", L"0.5x", L"1x", L"2x", L"-1x"};
 
@@ -115,7 +115,7 @@ TimelineView::TimelineView(const GlobCreationInfo& info, Vob* vob)
             playButton_->setLabel(UIString(L"Play"));
         update();
     });
-    status_ = L"no notice yet";
+    status_ = toWide(stringFormat("t=%.3fs  no notice yet", vob ? vob->getCurrentTime(1) : 0.0));
     keys_ = std::make_unique<KeyFilter>(*this);
     if (QCoreApplication::instance())
         QCoreApplication::instance()->installEventFilter(keys_.get());
@@ -519,9 +519,8 @@ void TimelineView::drawTracks(CanvasRenderer& r) {
             Glib::drawRoundedRect(r, scale(colour, 0.55), scale(colour, transition ? 1.0 : 0.8), cel, 3, 0,
                                   1);
             if (transition) {
-                // A transition's span is marked by a band across it, from one side to the other.
-                const int mid = (cel.y1 + cel.y2) / 2;
-                fill(r, scale(colour, 0.45), cel.x1 + 2, mid - 1, cel.x2 - 2, mid + 1);
+                // A transition's span is marked by a band along its foot, from one side to the other.
+                fill(r, scale(colour, 0.45), cel.x1 + 2, cel.y1 + 2, cel.x2 - 2, cel.y1 + 4);
             }
             const int room = (cel.x2 - cel.x1 - 8) / 7;
             if (room >= 3 && !label.empty()) {

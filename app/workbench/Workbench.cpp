@@ -38,8 +38,8 @@ void Workbench::setTimeline(const ViewMaker& maker, int height) {
     if (timeline_)
         removeWidget(timeline_, true);
     const Zk::Box<int> ua = getUserArea();
-    // The view keeps at least a third of the window.
-    timelineHeight_ = maker ? std::clamp(height, 0, ua.height() * 2 / 3) : 0;
+    // The view keeps at least three fifths of the window.
+    timelineHeight_ = maker ? std::clamp(height, 0, ua.height() * 2 / 5) : 0;
     if (maker) {
         GlobCreationInfo info(ua.width(), timelineHeight_);
         info.canvas = canvas();

@@ -85,7 +85,7 @@ TEST_F(TimelineViewTest, TheTimeLineLiesUnderTheGraphAndFollowsTheWindow) {
     bench->resize(1200, 800);
     EXPECT_EQ(timeline->width(), bench->getUserArea().width());
     EXPECT_EQ(graph->height() + timeline->height(), bench->getUserArea().height());
-    EXPECT_EQ(status(), "no notice yet");
+    EXPECT_EQ(status(), "t=2.000s  no notice yet");
     // Times and pixels agree both ways, the tracks stand under the ruler in edit order.
     EXPECT_NEAR(timeline->xToTime(timeline->timeToX(7.5)), 7.5, 16.0 / timeline->width());
     EXPECT_GT(timeline->trackBox(0).y1, timeline->trackBox(1).y1);

@@ -28,8 +28,13 @@ public:
     // The view transform applied to what is shown, by its colour-management name.
     static bool getViewLUTEnabled();
     static String getViewLUT();
-    // Changing the view transform tells the listeners that the pictures changed.
+    // Changing the view transform tells the listeners that the pictures changed; setting it as
+    // it stands tells no one.
     static void setViewLUT(const String& name, bool enabled);
+    // The project's look, by the name of its theme ("" the default). A change tells the
+    // listeners that the look changed.
+    static String getLook();
+    static void setLook(const String& name);
 };
 
 } // namespace Zk

@@ -5,8 +5,8 @@
 
 #include <functional>
 #include <map>
-#include <unordered_map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "host/Cel.h"
@@ -66,8 +66,11 @@ public:
     // Records a change. With `announce` true it is published to the clients of the edit's
     // Vobs: at once, or when the outermost open undo step (EasyBackup) closes.
     void addModification(const EditModifications& mods, bool announce);
+    // The same with flags for the Vobs' side of the change (VobModification, such as 0x8 when
+    // cuts moved); flags of changes published together are joined.
+    void addModification(const EditModifications& mods, bool announce, unsigned vobFlags);
     // Who publishes announced changes; set by the Vob manager when a Vob opens on the edit.
-    void setPublisher(std::function<void(const EditModifications&)> publisher) {
+    void setPublisher(std::function<void(const EditModifications&, unsigned vobFlags)> publisher) {
         publisher_ = std::move(publisher);
     }
     // Undo steps hold announcements back until the outermost one closes.
@@ -153,7 +156,8 @@ private:
     std::map<std::string, Zk::Ptr<Taggable>> objects_;
     TagBag tagBag_;
     EditModifications announced_;
-    std::function<void(const EditModifications&)> publisher_;
+    unsigned announcedFlags_ = 0;
+    std::function<void(const EditModifications&, unsigned)> publisher_;
     int held_ = 0;
     unsigned changeCount_ = 0;
     uint32_t nextId_ = 1;

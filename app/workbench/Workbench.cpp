@@ -1,5 +1,7 @@
-// Workbench: the main window and its one view.
+// Workbench: the main window: its view above, the time line below.
 #include "app/workbench/Workbench.h"
+
+#include <algorithm>
 
 #include "app/workbench/WelcomeView.h"
 
@@ -11,24 +13,59 @@ Workbench::Workbench(int width, int height) : StandardPanel(StandardPanel::InitA
     setView(nullptr);
 }
 
+Zk::Box<int> Workbench::viewArea() const {
+    Zk::Box<int> ua = getUserArea();
+    if (timeline_)
+        ua.y1 = std::min(ua.y2, ua.y1 + timelineHeight_);
+    return ua;
+}
+
 void Workbench::setView(const ViewMaker& maker) {
     if (view_)
         removeWidget(view_, true);
-    Zk::Box<int> ua = getUserArea();
-    GlobCreationInfo info(ua.width(), ua.height());
+    const Zk::Box<int> area = viewArea();
+    GlobCreationInfo info(area.width(), area.height());
     info.canvas = canvas();
     info.palette = getPalette();
     view_ = maker ? maker(info) : new WelcomeView(info);
     if (view_)
-        addChild(view_, UserBottomLeft(0, 0));
+        addChild(view_, BottomLeft(area.x1, area.y1));
+    layout();
     update();
+}
+
+void Workbench::setTimeline(const ViewMaker& maker, int height) {
+    if (timeline_)
+        removeWidget(timeline_, true);
+    const Zk::Box<int> ua = getUserArea();
+    // The view keeps at least three fifths of the window.
+    timelineHeight_ = maker ? std::clamp(height, 0, ua.height() * 2 / 5) : 0;
+    if (maker) {
+        GlobCreationInfo info(ua.width(), timelineHeight_);
+        info.canvas = canvas();
+        info.palette = getPalette();
+        timeline_ = maker(info);
+        if (timeline_)
+            addChild(timeline_, BottomLeft(ua.x1, ua.y1));
+    }
+    layout();
+    update();
+}
+
+void Workbench::layout() {
+    const Zk::Box<int> ua = getUserArea();
+    if (timeline_) {
+        timeline_->setPos(ua.x1, ua.y1);
+        timeline_->setDimensions(ua.width(), timelineHeight_);
+    }
+    if (view_) {
+        const Zk::Box<int> area = viewArea();
+        view_->setPos(area.x1, area.y1);
+        view_->setDimensions(area.width(), area.height());
+    }
 }
 
 void Workbench::resize(double w, double h) {
     StandardPanel::resize(w, h);
-    if (view_) {
-        Zk::Box<int> ua = getUserArea();
-        view_->setPos(ua.x1, ua.y1);
-        view_->setDimensions(ua.width(), ua.height());
-    }
+    layout();
 }

@@ -1,4 +1,5 @@
-// Workbench: the workbench's main window, a panel whose user area holds one plugged-in view.
+// Workbench: the workbench's main window, a panel whose user area holds one plugged-in view
+// above an optional time line.
 #pragma once
 
 #include <functional>
@@ -17,8 +18,18 @@ public:
     // Replaces the view; a null maker puts back the welcome view.
     void setView(const ViewMaker& maker);
     Glob* view() const { return view_; }
+    // Puts a time line of the given height along the bottom of the user area, under the view;
+    // a null maker takes it away. The maker gets the time line's size.
+    void setTimeline(const ViewMaker& maker, int height);
+    Glob* timeline() const { return timeline_; }
     void resize(double w, double h) override;
 
 private:
+    // The user area left to the view: all of it above the time line.
+    Zk::Box<int> viewArea() const;
+    void layout();
+
     Glob* view_ = nullptr;
+    Glob* timeline_ = nullptr;
+    int timelineHeight_ = 0;
 };

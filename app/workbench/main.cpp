@@ -5,10 +5,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/workbench/RoutingWindow.h"
+#include "app/workbench/TimelineView.h"
+#include "app/workbench/TimesList.h"
 #include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
 #include "graphview/FXGraphView.h"
@@ -24,7 +28,7 @@ namespace {
 
 const char kUsage[] =
     "usage: nodedesk-workbench [EDIT] [--time T] [--headless --snapshot FILE.png] [--size WxH] "
-    "[--dump-view FILE.json]";
+    "[--dump-view FILE.json] [--times T1,T2,... --snapshot-each DIR]";
 
 // The usage line with the routing panel's flags.
 std::string usageLine() {
@@ -63,6 +67,13 @@ bool haveDisplay() {
     return (x && *x) || (wayland && *wayland);
 }
 
+// The picture of step n (from 1) of a run that writes one per step.
+std::string stepSnapshotPath(const std::string& dir, size_t n) {
+    char name[32];
+    std::snprintf(name, sizeof name, "/step-%03zu.png", n);
+    return dir + name;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -71,6 +82,8 @@ int main(int argc, char** argv) {
     std::string snapshot;
     std::string dumpPath;
     std::string editPath;
+    std::vector<double> times;
+    std::string snapshotEach;
     double time = NAN;
     int w = 900, h = 600;
     for (int i = 1; i < argc; ++i) {
@@ -81,6 +94,19 @@ int main(int argc, char** argv) {
         }
         if (a == "--headless") {
             headless = true;
+            continue;
+        }
+        if (a == "--times" || a == "--snapshot-each") {
+            if (i + 1 >= argc)
+                return fail(a + " needs a value; " + usageLine());
+            const std::string v = argv[++i];
+            if (a == "--snapshot-each") {
+                if (v.empty())
+                    return fail("--snapshot-each needs a folder");
+                snapshotEach = v;
+            } else if (!parseTimesList(v, times)) {
+                return fail("--times takes seconds separated by commas, not '" + v + "'");
+            }
             continue;
         }
         if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view") {
@@ -115,8 +141,11 @@ int main(int argc, char** argv) {
             return fail(std::string("one edit at a time; ") + usageLine());
         }
     }
+    if (!times.empty() && snapshotEach.empty())
+        return fail("--times writes one picture per step into --snapshot-each DIR; give one");
     // Headless, something must come out: a picture, the view's state or the routing panel's picture.
-    if (headless && snapshot.empty() && dumpPath.empty() && routingOptions.commands.empty())
+    if (headless && snapshot.empty() && snapshotEach.empty() && dumpPath.empty() &&
+        routingOptions.commands.empty())
         return fail("--headless draws only into a --snapshot FILE; give one");
     if (!headless && snapshot.empty() && !haveDisplay())
         return fail("no display to open a window on; use --headless --snapshot FILE.png");
@@ -135,12 +164,26 @@ int main(int argc, char** argv) {
     ensureToolkitApplication();
     auto* bench = new Workbench(w, h);
     bench->setTitle(UIString(L"nodedesk \u2014 " + edit->name().str()));
+    // The time line first, so that the graph takes the room above it.
+    TimelineView* timeline = nullptr;
+    bench->setTimeline(
+        [&](const GlobCreationInfo& info) -> Glob* { return timeline = new TimelineView(info, vob.get()); },
+        TimelineView::preferredHeight(*edit));
     FXGraphView* graph = nullptr;
     bench->setView([&](const GlobCreationInfo& info) -> Glob* {
         FXGraphView::InitArgs args(info.width, info.height, vob.get(), 1);
         args.palette = info.palette;
         return graph = new FXGraphView(args);
     });
+    if (timeline) {
+        timeline->watch(graph);
+        timeline->setPath(editPath);
+        timeline->setOpenedListener([&] {
+            bench->setTitle(UIString(L"nodedesk \u2014 " + edit->name().str()));
+            if (graph)
+                fitGraph(*graph);
+        });
+    }
     Glob::setupRootPos(bench->canvas(), glib_getPosForWindow(w, h));
     GlobManager::instance().realize(bench);
     auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
@@ -167,6 +210,24 @@ int main(int argc, char** argv) {
     if (!routing->run(routingOptions, routingError)) {
         std::fprintf(stderr, "nodedesk-workbench: %s\n", routingError.c_str());
         rc = 1;
+    }
+    // One picture per playhead move, as the host would move it.
+    if (!times.empty()) {
+        std::error_code made;
+        std::filesystem::create_directories(snapshotEach, made);
+        if (made) {
+            std::fprintf(stderr, "nodedesk-workbench: can't make %s\n", snapshotEach.c_str());
+            rc = 1;
+        }
+    }
+    for (size_t n = 0; rc == 0 && n < times.size(); ++n) {
+        vob->setCurrentTime(times[n]);
+        processToolkitEvents();
+        const std::string file = stepSnapshotPath(snapshotEach, n + 1);
+        if (!bench->saveSnapshot(file.c_str())) {
+            std::fprintf(stderr, "nodedesk-workbench: can't write %s\n", file.c_str());
+            rc = 1;
+        }
     }
     if (!snapshot.empty() && !bench->saveSnapshot(snapshot.c_str())) {
         std::fprintf(stderr, "nodedesk-workbench: can't write %s\n", snapshot.c_str());

@@ -143,22 +143,32 @@ WString Edit::getChanDisplayName(int chan) const {
 }
 
 void Edit::addModification(const EditModifications& mods, bool announce) {
+    addModification(mods, announce, 0);
+}
+
+void Edit::addModification(const EditModifications& mods, bool announce, unsigned vobFlags) {
     ++changeCount_;
     if (!announce)
         return;
     announced_.add(mods);
-    if (held_ == 0 && publisher_)
-        publisher_(takeAnnouncedModifications());
+    announcedFlags_ |= vobFlags;
+    if (held_ == 0 && publisher_) {
+        const unsigned flags = announcedFlags_;
+        publisher_(takeAnnouncedModifications(), flags);
+    }
 }
 
 void Edit::releaseAnnouncements() {
-    if (held_ > 0 && --held_ == 0 && publisher_ && !announced_.empty())
-        publisher_(takeAnnouncedModifications());
+    if (held_ > 0 && --held_ == 0 && publisher_ && !announced_.empty()) {
+        const unsigned flags = announcedFlags_;
+        publisher_(takeAnnouncedModifications(), flags);
+    }
 }
 
 EditModifications Edit::takeAnnouncedModifications() {
     EditModifications out = announced_;
     announced_ = EditModifications();
+    announcedFlags_ = 0;
     return out;
 }
 

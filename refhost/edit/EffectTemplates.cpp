@@ -255,7 +255,8 @@ FXEditor::RC FXEditor::autoApplyEffectsTemplate(const Zk::Ptr<EffectTemplate>& t
     rc.mods.add(EditModification(kModStructure, 0));
     rc.iterator = getIteratorFor(edit, copies.front()->getId(), start, 9);
     rc.ok = true;
-    edit->addModification(rc.mods, true);
+    // The new event cuts the black it stands on.
+    edit->addModification(rc.mods, true, 0x8);
     return rc;
 }
 

@@ -8,6 +8,7 @@
 #include "host/Edit.h"
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/MaterialUsageNode.h"
+#include "host/TransitStatus.h"
 
 namespace {
 
@@ -83,6 +84,12 @@ std::vector<const FXGraphNodeBase*> topRingsOf(const std::vector<const FXGraphNo
         claimed.insert(below.begin(), below.end());
     }
     return tops;
+}
+
+// A rewiring while the transport runs: it must read the graph again.
+void tellTransport() {
+    if (TransitStatus::manager().speed() != 0)
+        TransitStatus::manager().graphChanged();
 }
 
 } // namespace
@@ -252,6 +259,7 @@ bool FXEditor::connectNodes(EditGraphIterator& to, int input, const EditGraphIte
     if (!in.track.valid() || edit_->getIdx(in.track) >= 0)
         in.track = edit_->newTrackId();
     dst->noteChanged();
+    tellTransport();
     edit_->addModification(EditModifications(EditModification(5)), announce);
     return true;
 }
@@ -269,6 +277,7 @@ bool FXEditor::disconnectNodes(EditGraphIterator& to, int input, bool announce) 
     if (fromChannel)
         in.track = edit_->newTrackId();
     dst->noteChanged();
+    tellTransport();
     if (edit_)
         edit_->addModification(EditModifications(EditModification(5)), announce);
     return true;
@@ -291,6 +300,7 @@ bool FXEditor::cycleInputs(EditGraphIterator& it, bool announce) {
     ins.back().node = first.node;
     ins.back().track = first.track;
     n->noteChanged();
+    tellTransport();
     if (edit_)
         edit_->addModification(EditModifications(EditModification(5)), announce);
     return true;

@@ -199,13 +199,13 @@ Zk::Ptr<Vob> VobManager::vobFor(const EditPtr& edit, const LightweightString<cha
     vobs_.push_back(v);
     // Announced changes of the edit reach every Vob on it.
     Edit* raw = edit.get();
-    edit->setPublisher([this, raw](const EditModifications& mods) {
+    edit->setPublisher([this, raw](const EditModifications& mods, unsigned vobFlags) {
         std::vector<Zk::Ptr<Vob>> on;
         for (const auto& each : vobs_)
             if (each->edit().get() == raw)
                 on.push_back(each);
         for (const auto& each : on)
-            each->setChangeDescription(mods, VobModification(0));
+            each->setChangeDescription(mods, VobModification(vobFlags));
     });
     if (!Vob::getRecordMachine())
         v->makeRecordMachine();
@@ -257,8 +257,9 @@ void VobManager::close(VobClient* client, bool dropIfUnused) {
     if (!dropIfUnused || !v->clients().empty())
         return;
     EditPtr edit = v->edit();
-    vobs_.erase(std::remove_if(vobs_.begin(), vobs_.end(), [v](const Zk::Ptr<Vob>& p) { return p.get() == v; }),
-                vobs_.end());
+    vobs_.erase(
+        std::remove_if(vobs_.begin(), vobs_.end(), [v](const Zk::Ptr<Vob>& p) { return p.get() == v; }),
+        vobs_.end());
     for (const auto& other : vobs_)
         if (other->edit() == edit)
             return;

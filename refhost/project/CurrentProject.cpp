@@ -48,8 +48,29 @@ String CurrentProject::getViewLUT() {
 }
 
 void CurrentProject::setViewLUT(const String& name, bool enabled) {
-    viewTransform() = ViewTransform{enabled, name};
+    ViewTransform& now = viewTransform();
+    if (now.enabled == enabled && now.name == name)
+        return;
+    now = ViewTransform{enabled, name};
     announce(kPicturesChanged);
+}
+
+namespace {
+String& look() {
+    static String l;
+    return l;
+}
+} // namespace
+
+String CurrentProject::getLook() {
+    return look();
+}
+
+void CurrentProject::setLook(const String& name) {
+    if (look() == name)
+        return;
+    look() = name;
+    announce(kLookChanged);
 }
 
 double getAspectRatio(Image::AspectRatio a) {

@@ -66,11 +66,12 @@ public:
         char b[40];
         char* p = b;
         *p++ = '"';
-        p = std::to_chars(p, b + sizeof b, id.a()).ptr;
+        // Each part takes at most 10 digits.
+        p = std::to_chars(p, p + 10, id.a()).ptr;
         *p++ = '.';
-        p = std::to_chars(p, b + sizeof b, id.b()).ptr;
+        p = std::to_chars(p, p + 10, id.b()).ptr;
         *p++ = '.';
-        p = std::to_chars(p, b + sizeof b, id.c()).ptr;
+        p = std::to_chars(p, p + 10, id.c()).ptr;
         *p++ = '"';
         return *this << std::string_view(b, static_cast<size_t>(p - b));
     }

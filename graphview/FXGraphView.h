@@ -232,6 +232,11 @@ private:
     // Where the held node's centre goes for the pointer at view pixel p, inside the canvas.
     XY<double> dragTarget(const XY<int>& p) const;
     void startNodeDrag(const Zk::Ptr<FXGraphViewNode>& node, const XY<int>& p);
+    // Moves the held node; the repaint its announcement brings covers only the pixels the move
+    // touches, unless the whole view moved under it.
+    void moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<double>& to, bool wholeView);
+    // The pixels a node and its connections cover, its box shifted by `shift` pixels.
+    Zk::Box<int> nodeDamage(const FXGraphViewNode& node, const XY<int>& shift) const;
     // --- wiring
     FXEditor wiringEditor() const;
     void tellTransportOfGraphChange() const;

@@ -90,12 +90,17 @@ void FXGraphView::drawBackground() {
     all.x2 = width();
     all.y2 = height();
     const Zk::Box<int> clip = r.getClipRect();
-    r.clearClipRect();
-    Glib::drawRect(r, getPalette().window(-1), all);
-    r.setClipRect(clip);
+    const Zk::Box<int> window = getWindowPos();
+    const bool insideWindow = clip.width() != 0 && clip.height() != 0 && clip.x1 >= window.x1 &&
+                              clip.y1 >= window.y1 && clip.x2 <= window.x2 && clip.y2 <= window.y2;
+    if (!insideWindow) {
+        r.clearClipRect();
+        Glib::drawRect(r, getPalette().window(-1), all);
+        r.setClipRect(clip);
+    }
 
     Glib::RectDescription fill;
-    fill.box = getWindowPos();
+    fill.box = window;
     fill.colour = fromColour(getPalette().window(0));
     submitPrimitive(fill);
 

@@ -7,6 +7,7 @@
 #include "graphnodes/FXGraphViewNode.h"
 #include "graphview/FXGraphView.h"
 #include "host/AliasedInputEffect.h"
+#include "host/Canvas.h"
 #include "host/EditorPreferences.h"
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/Event.h"
@@ -87,6 +88,61 @@ void FXGraphView::startNodeDrag(const Zk::Ptr<FXGraphViewNode>& node, const XY<i
     draggingNode_ = node;
 }
 
+Zk::Box<int> FXGraphView::nodeDamage(const FXGraphViewNode& node, const XY<int>& shift) const {
+    // Input labels may reach a node's width beyond its sides; connectors, outlines, the primary
+    // node's highlight and the curves' detours stay within the margin.
+    const int margin = static_cast<int>(physicalScale_ * (0.02 + 0.0625)) + UifStd::getWidgetGap() +
+                       getEdgeThickness(EdgeOutline) + 4;
+    Zk::Box<int> d = node.pixelBox();
+    const int w = d.x2 - d.x1, h = d.y2 - d.y1;
+    d.x1 += shift.x - w - margin;
+    d.x2 += shift.x + w + margin;
+    d.y1 += shift.y - h / 2 - margin;
+    d.y2 += shift.y + h / 2 + margin;
+    auto take = [&](const XY<int>& p) {
+        d.x1 = std::min(d.x1, p.x - margin);
+        d.x2 = std::max(d.x2, p.x + margin);
+        d.y1 = std::min(d.y1, p.y - margin);
+        d.y2 = std::max(d.y2, p.y + margin);
+    };
+    for (const auto& [input, c] : node.inputs())
+        if (c.node)
+            take(c.node->getOutputPos(static_cast<unsigned char>(c.connector)));
+    for (const auto& [output, c] : node.outputs())
+        if (c.node)
+            take(c.node->getInputPos(c.connector));
+    return d;
+}
+
+void FXGraphView::moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<double>& to, bool wholeView) {
+    if (wholeView) {
+        node->setPos(to.x, to.y, true);
+        return;
+    }
+    const XY<double> from(node->x(), node->y());
+    const XY<int> shift(static_cast<int>(std::lround((to.x - from.x) * physicalScale_)),
+                        static_cast<int>(std::lround((to.y - from.y) * physicalScale_)));
+    Zk::Box<int> area = nodeDamage(*node, XY<int>(0, 0));
+    const Zk::Box<int> after = nodeDamage(*node, shift);
+    area.x1 = std::min(area.x1, after.x1) - 1;
+    area.y1 = std::min(area.y1, after.y1) - 1;
+    area.x2 = std::max(area.x2, after.x2) + 1;
+    area.y2 = std::max(area.y2, after.y2) + 1;
+    int x1 = area.x1, y1 = area.y1, x2 = area.x2, y2 = area.y2;
+    if (!clipRectToView(x1, y1, x2, y2)) {
+        node->setPos(to.x, to.y, true);
+        return;
+    }
+    Zk::Box<int> clip;
+    clip.x1 = x1;
+    clip.y1 = y1;
+    clip.x2 = x2;
+    clip.y2 = y2;
+    canvas()->renderer().setClipRect(clip);
+    node->setPos(to.x, to.y, true);
+    resetClipRect();
+}
+
 bool FXGraphView::handleMouseEvent(const Event& e) {
     bool handled = false;
     if (mouse_left_event(e) && mouse_down_event(e)) {
@@ -165,7 +221,7 @@ bool FXGraphView::handleMouseEvent(const Event& e) {
                 translateManuallyPositionedNodes(node->node(), target.x - node->x(), target.y - node->y(),
                                                  true);
             else
-                node->setPos(target.x, target.y, true);
+                moveHeldNode(node, target, false);
         }
     } else if (checkForPanAndZoom(e)) {
         handled = true;
@@ -249,8 +305,10 @@ void FXGraphView::handleTimerEvent() {
     const Zk::Box<int> w = getWindowPos();
     const XY<int> m = pointerInView();
     const double now = nowSeconds();
+    bool scrolled = false;
     if (autoScrolling_) {
         if (mouseInAutoScrollArea()) {
+            scrolled = true;
             const double t = (now - eTimeStamp_) * 0.5;
             const double a = width() * t;
             const double b = height() * t;
@@ -282,8 +340,7 @@ void FXGraphView::handleTimerEvent() {
 
     if (draggingNode_) {
         const XY<double> target = dragTarget(m);
-        Zk::Ptr<FXGraphViewNode> node = draggingNode_;
-        node->setPos(target.x, target.y, true);
+        moveHeldNode(draggingNode_, target, scrolled);
     } else if (draggingIFNode_) {
         if (mouseInAutoScrollArea() && !autoScrolling_) {
             autoScrolling_ = true;

@@ -159,12 +159,12 @@ void BM_PanFrame(benchmark::State& state) {
     state.counters["nodes"] = static_cast<double>(v.view->nodes().size());
 }
 
-// Holds the node nearest the middle of the window with a left press on its body; the pointer is
-// placed where the press was.
+// Holds the node nearest the middle of the window, at a zoom, with a left press on its body; the
+// pointer is placed where the press was.
 struct HeldNode {
-    explicit HeldNode(ViewOn& v) : view(*v.view) {
+    HeldNode(ViewOn& v, double zoom) : view(*v.view) {
         v.fitAll();
-        view.setViewZoom(0.5);
+        view.setViewZoom(zoom);
         view.draw();
         const Zk::Box<int> w = view.getWindowPos();
         const XY<int> mid((w.x1 + w.x2) / 2, (w.y1 + w.y2) / 2);
@@ -191,11 +191,11 @@ struct HeldNode {
     XY<int> press;
 };
 
-// One pointer move while a node is held in a graph of N nodes: the event, the new position, its
-// announcement through the position record, and the repaint it brings.
+// One pointer move while a node is held in a graph of N nodes, at zoom Z percent: the event, the new
+// position, its announcement through the position record, and the repaint it brings.
 void BM_DragNodeMove(benchmark::State& state) {
     ViewOn v(static_cast<uint32_t>(state.range(0)), 1920, 1080);
-    HeldNode held(v);
+    HeldNode held(v, static_cast<double>(state.range(1)) / 100.0);
     int step = 0;
     for (auto _ : state) {
         const XY<int> p(held.press.x + 6 + (step % 2) * 4, held.press.y + 4);
@@ -203,14 +203,29 @@ void BM_DragNodeMove(benchmark::State& state) {
         held.view.handleMouseEvent(Event(Event::Move, Event::Left, p, held.press));
         ++step;
     }
-    // How much one move paints, against a whole repaint.
     CanvasRenderer& r = held.view.canvas()->renderer();
     r.clearRecording();
     r.startRecording();
     const XY<int> p(held.press.x + 8, held.press.y + 4);
     held.pointAt(p);
     held.view.handleMouseEvent(Event(Event::Move, Event::Left, p, held.press));
+    // The primitives one move paints, in how many areas of how many pixels, against a whole repaint.
     state.counters["primitives"] = static_cast<double>(r.recorded().size());
+    {
+        std::vector<Zk::Box<int>> clips;
+        for (const auto& rec : r.recorded()) {
+            const Zk::Box<int>& c = rec.clip;
+            if (std::none_of(clips.begin(), clips.end(), [&](const Zk::Box<int>& k) {
+                    return k.x1 == c.x1 && k.y1 == c.y1 && k.x2 == c.x2 && k.y2 == c.y2;
+                }))
+                clips.push_back(c);
+        }
+        state.counters["areas"] = static_cast<double>(clips.size());
+        double px = 0;
+        for (const auto& c : clips)
+            px += static_cast<double>(c.x2 - c.x1) * (c.y2 - c.y1);
+        state.counters["areaPixels"] = px;
+    }
     r.clearRecording();
     held.view.draw();
     state.counters["wholeView"] = static_cast<double>(r.recorded().size());
@@ -225,7 +240,7 @@ void BM_DragNodeMove(benchmark::State& state) {
 // node follows the pointer, and the view repaints.
 void BM_AutoScrollRound(benchmark::State& state) {
     ViewOn v(static_cast<uint32_t>(state.range(0)), 1920, 1080);
-    HeldNode held(v);
+    HeldNode held(v, 0.5);
     const Zk::Box<int> w = held.view.getWindowPos();
     const XY<int> edge(w.x1 + 5, held.press.y);
     held.pointAt(edge);
@@ -248,7 +263,7 @@ BENCHMARK(BM_Rebuild_PlainScans)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillis
 BENCHMARK(BM_Redraw_1080p)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Peer_QGraphicsScene_1080p)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PanFrame)->Args({10000, 100})->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_DragNodeMove)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DragNodeMove)->Args({1000, 20})->Args({1000, 50})->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_AutoScrollRound)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -235,8 +235,9 @@ private:
     // Moves the held node; the repaint its announcement brings covers only the pixels the move
     // touches, unless the whole view moved under it.
     void moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<double>& to, bool wholeView);
-    // The pixels a node and its connections cover, its box shifted by `shift` pixels.
-    Zk::Box<int> nodeDamage(const FXGraphViewNode& node, const XY<int>& shift) const;
+    // The boxes of pixels a node's move by `shift` pixels touches: the node, where it is and where
+    // it goes, and each of its connections.
+    std::vector<Zk::Box<int>> moveDamage(const FXGraphViewNode& node, const XY<int>& shift) const;
     // --- wiring
     FXEditor wiringEditor() const;
     void tellTransportOfGraphChange() const;

@@ -3,6 +3,7 @@
 // node, and the cursor the pointer shows.
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "graphnodes/FXGraphViewNode.h"
 #include "graphview/FXGraphView.h"
@@ -88,30 +89,69 @@ void FXGraphView::startNodeDrag(const Zk::Ptr<FXGraphViewNode>& node, const XY<i
     draggingNode_ = node;
 }
 
-Zk::Box<int> FXGraphView::nodeDamage(const FXGraphViewNode& node, const XY<int>& shift) const {
-    // Input labels may reach a node's width beyond its sides; connectors, outlines, the primary
-    // node's highlight and the curves' detours stay within the margin.
-    const int margin = static_cast<int>(physicalScale_ * (0.02 + 0.0625)) + UifStd::getWidgetGap() +
-                       getEdgeThickness(EdgeOutline) + 4;
-    Zk::Box<int> d = node.pixelBox();
-    const int w = d.x2 - d.x1, h = d.y2 - d.y1;
-    d.x1 += shift.x - w - margin;
-    d.x2 += shift.x + w + margin;
-    d.y1 += shift.y - h / 2 - margin;
-    d.y2 += shift.y + h / 2 + margin;
-    auto take = [&](const XY<int>& p) {
-        d.x1 = std::min(d.x1, p.x - margin);
-        d.x2 = std::max(d.x2, p.x + margin);
-        d.y1 = std::min(d.y1, p.y - margin);
-        d.y2 = std::max(d.y2, p.y + margin);
+std::vector<Zk::Box<int>> FXGraphView::moveDamage(const FXGraphViewNode& node, const XY<int>& shift) const {
+    // Round a node: its connectors, outlines and the primary node's highlight. Round a
+    // connection: its thickness and the detour of a curve that runs backwards.
+    const int edge = UifStd::getWidgetGap() + getEdgeThickness(EdgeOutline) + 3;
+    const int margin = static_cast<int>(physicalScale_ * 0.01) + edge;
+    const int curveMargin = static_cast<int>(physicalScale_ * 0.0625) + edge;
+    auto span = [](Zk::Box<int>& d, const XY<int>& p) {
+        d.x1 = std::min(d.x1, p.x);
+        d.x2 = std::max(d.x2, p.x);
+        d.y1 = std::min(d.y1, p.y);
+        d.y2 = std::max(d.y2, p.y);
+    };
+    auto grown = [](Zk::Box<int> d, int dx, int dy) {
+        d.x1 -= dx;
+        d.x2 += dx;
+        d.y1 -= dy;
+        d.y2 += dy;
+        return d;
+    };
+    std::vector<Zk::Box<int>> areas;
+    // The node where it was and where it goes.
+    Zk::Box<int> box = node.pixelBox();
+    // Input labels below the title may reach a node's width beyond its sides.
+    const bool labelsReachOut = getOrientation() == VidRouting::Orientations::BottomToTop &&
+                                node.showInputLabels() && !node.hasThumbnail();
+    const int reach = labelsReachOut ? box.x2 - box.x1 : 0;
+    span(box, XY<int>(box.x1 + shift.x, box.y1 + shift.y));
+    span(box, XY<int>(box.x2 + shift.x, box.y2 + shift.y));
+    areas.push_back(grown(box, reach + margin, margin));
+    // Each connection, from its far end to the near end before and after.
+    auto connection = [&](const XY<int>& far, const XY<int>& near) {
+        Zk::Box<int> c;
+        c.x1 = c.x2 = far.x;
+        c.y1 = c.y2 = far.y;
+        span(c, near);
+        span(c, XY<int>(near.x + shift.x, near.y + shift.y));
+        areas.push_back(grown(c, curveMargin, curveMargin));
     };
     for (const auto& [input, c] : node.inputs())
         if (c.node)
-            take(c.node->getOutputPos(static_cast<unsigned char>(c.connector)));
+            connection(c.node->getOutputPos(static_cast<unsigned char>(c.connector)),
+                       node.getInputPos(input));
     for (const auto& [output, c] : node.outputs())
         if (c.node)
-            take(c.node->getInputPos(c.connector));
-    return d;
+            connection(c.node->getInputPos(c.connector),
+                       node.getOutputPos(static_cast<unsigned char>(output)));
+    // Two boxes are painted as one where the box round both is hardly larger than the two.
+    auto area = [](const Zk::Box<int>& b) { return static_cast<long>(b.x2 - b.x1) * (b.y2 - b.y1); };
+    for (bool merged = true; merged;) {
+        merged = false;
+        for (size_t i = 0; i < areas.size() && !merged; ++i)
+            for (size_t j = i + 1; j < areas.size() && !merged; ++j) {
+                Zk::Box<int> both = areas[i];
+                span(both, XY<int>(areas[j].x1, areas[j].y1));
+                span(both, XY<int>(areas[j].x2, areas[j].y2));
+                if (area(both) <= area(areas[i]) + area(areas[j])) {
+                    areas[i] = both;
+                    areas.erase(areas.begin() + static_cast<std::ptrdiff_t>(j));
+                    merged = true;
+                }
+            }
+    }
+    return areas;
 }
 
 void FXGraphView::moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<double>& to, bool wholeView) {
@@ -119,27 +159,24 @@ void FXGraphView::moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<do
         node->setPos(to.x, to.y, true);
         return;
     }
-    const XY<double> from(node->x(), node->y());
-    const XY<int> shift(static_cast<int>(std::lround((to.x - from.x) * physicalScale_)),
-                        static_cast<int>(std::lround((to.y - from.y) * physicalScale_)));
-    Zk::Box<int> area = nodeDamage(*node, XY<int>(0, 0));
-    const Zk::Box<int> after = nodeDamage(*node, shift);
-    area.x1 = std::min(area.x1, after.x1) - 1;
-    area.y1 = std::min(area.y1, after.y1) - 1;
-    area.x2 = std::max(area.x2, after.x2) + 1;
-    area.y2 = std::max(area.y2, after.y2) + 1;
-    int x1 = area.x1, y1 = area.y1, x2 = area.x2, y2 = area.y2;
-    if (!clipRectToView(x1, y1, x2, y2)) {
+    const XY<int> shift(static_cast<int>(std::lround((to.x - node->x()) * physicalScale_)),
+                        static_cast<int>(std::lround((to.y - node->y()) * physicalScale_)));
+    std::vector<Zk::Box<int>> areas;
+    for (Zk::Box<int> a : moveDamage(*node, shift))
+        if (clipRectToView(a.x1, a.y1, a.x2, a.y2))
+            areas.push_back(a);
+    if (areas.empty()) {
         node->setPos(to.x, to.y, true);
         return;
     }
-    Zk::Box<int> clip;
-    clip.x1 = x1;
-    clip.y1 = y1;
-    clip.x2 = x2;
-    clip.y2 = y2;
-    canvas()->renderer().setClipRect(clip);
+    // The move's own announcement repaints the first area; the others follow.
+    CanvasRenderer& renderer = canvas()->renderer();
+    renderer.setClipRect(areas.front());
     node->setPos(to.x, to.y, true);
+    for (size_t i = 1; i < areas.size(); ++i) {
+        renderer.setClipRect(areas[i]);
+        draw();
+    }
     resetClipRect();
 }
 

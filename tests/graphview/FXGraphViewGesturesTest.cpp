@@ -334,10 +334,18 @@ TEST_F(Gestures, TheCursorTellsWhatThePointerCanDo) {
     EXPECT_EQ(cursorAt(otherOut), CursorForbidden) << "an output can't";
     EXPECT_EQ(cursorAt(out), CursorArrow) << "the fixed end's own node passes";
     view->removeDraggedIFConnection();
+    view->draw();
 
+    // The widget shows the shape as the pointer moves over it.
     PointerDriver mouse(*view);
+    mouse.move(out);
+    EXPECT_EQ(mouse.widget()->cursor().shape(), Qt::CrossCursor);
+    mouse.move(emptyCanvas(*view));
+    EXPECT_EQ(mouse.widget()->cursor().shape(), Qt::ArrowCursor);
     mouse.press(body(mid));
     EXPECT_EQ(cursorAt(out), CursorMove);
+    mouse.move(XY<int>(body(mid).x + 1, body(mid).y));
+    EXPECT_EQ(mouse.widget()->cursor().shape(), Qt::SizeAllCursor);
     mouse.release(body(mid));
 
     const bool enabled = mid->isEnabled();

@@ -1,7 +1,8 @@
 // The graph view on generated edits: a rebuild of the node list with its tidy, through the
 // indexes and by the plain scans; a full redraw at 1920x1080 into the raster canvas, beside the
 // same nodes and curves drawn by Qt's QGraphicsScene; and one frame of panning over a large graph
-// of which a few hundred nodes are on screen.
+// of which a few hundred nodes are on screen; one pointer move of a held node and one timer round
+// of auto-scrolling in a graph of 1,000 nodes.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -25,6 +26,7 @@
 #include "host/Vob.h"
 #include "host/VobManager.h"
 #include "refhost/edit/EditGenerator.h"
+#include "refhost/toolkit/GlobImpl.h"
 
 namespace {
 
@@ -157,6 +159,103 @@ void BM_PanFrame(benchmark::State& state) {
     state.counters["nodes"] = static_cast<double>(v.view->nodes().size());
 }
 
+// Holds the node nearest the middle of the window, at a zoom, with a left press on its body; the
+// pointer is placed where the press was.
+struct HeldNode {
+    HeldNode(ViewOn& v, double zoom) : view(*v.view) {
+        v.fitAll();
+        view.setViewZoom(zoom);
+        view.draw();
+        const Zk::Box<int> w = view.getWindowPos();
+        const XY<int> mid((w.x1 + w.x2) / 2, (w.y1 + w.y2) / 2);
+        long best = -1;
+        for (const auto& n : view.nodes()) {
+            const Zk::Box<int> b = n->pixelBox();
+            const long dx = (b.x1 + b.x2) / 2 - mid.x, dy = (b.y1 + b.y2) / 2 - mid.y;
+            int c = 0;
+            const XY<int> at((b.x1 + b.x2) / 2, (b.y1 + b.y2) / 2);
+            if (n->onScreen_ && n->findConnector(at.x, at.y, c) == FXGraphViewNode::HitBody &&
+                (best < 0 || dx * dx + dy * dy < best)) {
+                best = dx * dx + dy * dy;
+                press = at;
+            }
+        }
+        pointAt(press);
+        view.handleMouseEvent(Event(Event::Down, Event::Left, press, press));
+    }
+    void pointAt(const XY<int>& p) {
+        const XY<int> origin = view.getPosition();
+        toolkit::notePointer(QPoint(origin.x + p.x, toolkit::screenHeight() - 1 - (origin.y + p.y)));
+    }
+    FXGraphView& view;
+    XY<int> press;
+};
+
+// One pointer move while a node is held in a graph of N nodes, at zoom Z percent: the event, the new
+// position, its announcement through the position record, and the repaint it brings.
+void BM_DragNodeMove(benchmark::State& state) {
+    ViewOn v(static_cast<uint32_t>(state.range(0)), 1920, 1080);
+    HeldNode held(v, static_cast<double>(state.range(1)) / 100.0);
+    int step = 0;
+    for (auto _ : state) {
+        const XY<int> p(held.press.x + 6 + (step % 2) * 4, held.press.y + 4);
+        held.pointAt(p);
+        held.view.handleMouseEvent(Event(Event::Move, Event::Left, p, held.press));
+        ++step;
+    }
+    CanvasRenderer& r = held.view.canvas()->renderer();
+    r.clearRecording();
+    r.startRecording();
+    const XY<int> p(held.press.x + 8, held.press.y + 4);
+    held.pointAt(p);
+    held.view.handleMouseEvent(Event(Event::Move, Event::Left, p, held.press));
+    // The primitives one move paints, in how many areas of how many pixels, against a whole repaint.
+    state.counters["primitives"] = static_cast<double>(r.recorded().size());
+    {
+        std::vector<Zk::Box<int>> clips;
+        for (const auto& rec : r.recorded()) {
+            const Zk::Box<int>& c = rec.clip;
+            if (std::none_of(clips.begin(), clips.end(), [&](const Zk::Box<int>& k) {
+                    return k.x1 == c.x1 && k.y1 == c.y1 && k.x2 == c.x2 && k.y2 == c.y2;
+                }))
+                clips.push_back(c);
+        }
+        state.counters["areas"] = static_cast<double>(clips.size());
+        double px = 0;
+        for (const auto& c : clips)
+            px += static_cast<double>(c.x2 - c.x1) * (c.y2 - c.y1);
+        state.counters["areaPixels"] = px;
+    }
+    r.clearRecording();
+    held.view.draw();
+    state.counters["wholeView"] = static_cast<double>(r.recorded().size());
+    r.stopRecording();
+    r.clearRecording();
+    state.counters["held"] = held.view.draggingNode() ? 1 : 0;
+    state.counters["autoScrolling"] = held.view.autoScrolling() ? 1 : 0;
+    state.counters["nodes"] = static_cast<double>(held.view.nodes().size());
+}
+
+// One timer round of auto-scrolling with a node held at the left edge: the canvas moves, the
+// node follows the pointer, and the view repaints.
+void BM_AutoScrollRound(benchmark::State& state) {
+    ViewOn v(static_cast<uint32_t>(state.range(0)), 1920, 1080);
+    HeldNode held(v, 0.5);
+    const Zk::Box<int> w = held.view.getWindowPos();
+    const XY<int> edge(w.x1 + 5, held.press.y);
+    held.pointAt(edge);
+    held.view.handleMouseEvent(Event(Event::Move, Event::Left, edge, held.press));
+    const double cx = held.view.getViewCX(), cy = held.view.getViewCY();
+    for (auto _ : state) {
+        state.PauseTiming();
+        held.view.setViewCentre(cx, cy); // each round scrolls from the same place
+        state.ResumeTiming();
+        held.view.handleTimerEvent();
+    }
+    state.counters["autoScrolling"] = held.view.autoScrolling() ? 1 : 0;
+    state.counters["nodes"] = static_cast<double>(held.view.nodes().size());
+}
+
 } // namespace
 
 BENCHMARK(BM_Rebuild_Indexed)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
@@ -164,5 +263,7 @@ BENCHMARK(BM_Rebuild_PlainScans)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillis
 BENCHMARK(BM_Redraw_1080p)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Peer_QGraphicsScene_1080p)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PanFrame)->Args({10000, 100})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DragNodeMove)->Args({1000, 20})->Args({1000, 50})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_AutoScrollRound)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -186,6 +186,14 @@ bool FXGraphViewNode::addInput(int input, FXGraphViewNode* source) {
     return true;
 }
 
+void FXGraphViewNode::clearInputLink(int input) {
+    inputs_[input].node = nullptr;
+}
+
+void FXGraphViewNode::eraseOutput(int output) {
+    outputs_.erase(output);
+}
+
 void FXGraphViewNode::findNodeAgain() {
     if (node_ || !view_ || !view_->getEditH())
         return;

@@ -78,6 +78,10 @@ public:
     int getEditIdx() const;
     // Links `source` into input `input`, on both sides; a link made twice is held once.
     bool addInput(int input, FXGraphViewNode* source);
+    // A connection taken off by hand while the user holds it: the input keeps its entry with no
+    // far end, the output loses its entry.
+    void clearInputLink(int input);
+    void eraseOutput(int output);
     // For a node the walk reaches again: finds its graph node if it lost it and re-reads the
     // label flags from the iterator.
     void refreshFrom(EditGraphIterator& it);

@@ -253,12 +253,6 @@ uint16_t FXGraphView::getEdgeThickness(eEdgeType type) const {
     return static_cast<uint16_t>(r);
 }
 
-int FXGraphView::handleZoom(int direction) {
-    setViewZoom(direction > 0 ? viewZoom_.getVal() + 0.1 : viewZoom_.getVal() - 0.1);
-    update();
-    return 1;
-}
-
 void FXGraphView::resetView(FXGraphVieweRedrawFlag redraw, FXGraphViewRefitFlag refit) {
     const bool moved = ensureNodeListVisible(getAllNodes(), refit);
     if (moved || redraw == RedrawAlways)

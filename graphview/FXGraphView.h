@@ -19,6 +19,7 @@
 #include "host/Edit.h"
 #include "host/EditGraphIterator.h"
 #include "host/EllipseDescription.h"
+#include "host/FXEditor.h"
 #include "host/ImageDescription.h"
 #include "host/NotifierEvent.h"
 #include "host/RectDescription.h"
@@ -189,6 +190,63 @@ public:
     void rotateNodes(double degrees);
     const std::map<std::pair<IdStamp, int64_t>, XY<double>>& chanPositions() const { return chanPositions_; }
 
+    // --- gestures: the pointer, the wheel and the timer on the canvas
+    // The press, drag and release rules: a node held and moved (with the tree-move key, its whole
+    // tree), a click on a node's body, a canvas press that pans or zooms, and the ports that pick
+    // up and put down connections.
+    static constexpr int DragThreshold = 3;
+    static constexpr int AutoScrollMargin = 20;
+    static constexpr double ZoomPixelsPerRange = 170.0;
+    static constexpr double WheelZoomStep = 0.1;
+    static constexpr double FadeDuration = 0.4;
+    static constexpr int TimerInterest = 0x1000;
+    static constexpr int TreeMoveKey = 0x1000000;
+    // The value of the "max_click_separation" setting, read once at load; no gesture uses it.
+    static int maxClickSeparation();
+    bool handleMouseEvent(const Event& e) override;
+    void handleTimerEvent() override;
+    MouseCursorID contextCursor(const XY<int>& screenPos) override;
+    bool checkForPanAndZoom(const Event& e);
+    // A click on a node's body: an effect (not an alias) is switched on or off, as one undo step.
+    bool handleNodeClicked(Zk::Ptr<FXGraphViewNode> node);
+    // Whether the pointer is outside the view's window or within AutoScrollMargin of its edge.
+    bool mouseInAutoScrollArea() const;
+    bool setAutoScrollState(bool on);
+    // The pointer in the view's pixels, y upward.
+    XY<int> pointerInView() const;
+
+    // --- wiring: click, carry, click
+    bool handleInputClicked(Zk::Ptr<FXGraphViewNode> node, int input);
+    bool handleOutputClicked(Zk::Ptr<FXGraphViewNode> node, int output);
+    // Ends a loose connection where it is: false when none was loose.
+    bool removeDraggedIFConnection();
+    // Removes the node whose box holds the view point (x, y); true when a node lay there, whether
+    // or not it could be removed.
+    bool destroyNode(int x, int y);
+    int draggedIF() const { return draggedIF_; }
+    bool draggedIFIsInput() const { return draggedIFIsInput_; }
+
+protected:
+    // Starts the fade of a node just made; null ends the fade under way.
+    void initNodeFade(FXGraphViewNode* node);
+
+private:
+    // --- gestures
+    // Where the held node's centre goes for the pointer at view pixel p, inside the canvas.
+    XY<double> dragTarget(const XY<int>& p) const;
+    void startNodeDrag(const Zk::Ptr<FXGraphViewNode>& node, const XY<int>& p);
+    // Moves the held node; the repaint its announcement brings covers only the pixels the move
+    // touches, unless the whole view moved under it.
+    void moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<double>& to, bool wholeView);
+    // The boxes of pixels a node's move by `shift` pixels touches: the node, where it is and where
+    // it goes, and each of its connections.
+    std::vector<Zk::Box<int>> moveDamage(const FXGraphViewNode& node, const XY<int>& shift) const;
+    // --- wiring
+    FXEditor wiringEditor() const;
+    void tellTransportOfGraphChange() const;
+    void refreshAfterLooseConnection();
+
+public:
     // --- drawing
     const char* idstring() const override { return "FXGraphView"; }
     void drawBackground() override;

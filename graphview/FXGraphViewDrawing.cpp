@@ -90,12 +90,20 @@ void FXGraphView::drawBackground() {
     all.x2 = width();
     all.y2 = height();
     const Zk::Box<int> clip = r.getClipRect();
-    r.clearClipRect();
-    Glib::drawRect(r, getPalette().window(-1), all);
-    r.setClipRect(clip);
+    const Zk::Box<int> window = getWindowPos();
+    // A repaint of part of the window leaves the margins as they are.
+    const bool partOfWindow =
+        clip.width() != 0 && clip.height() != 0 && clip.x1 >= window.x1 && clip.y1 >= window.y1 &&
+        clip.x2 <= window.x2 && clip.y2 <= window.y2 &&
+        !(clip.x1 == window.x1 && clip.y1 == window.y1 && clip.x2 == window.x2 && clip.y2 == window.y2);
+    if (!partOfWindow) {
+        r.clearClipRect();
+        Glib::drawRect(r, getPalette().window(-1), all);
+        r.setClipRect(clip);
+    }
 
     Glib::RectDescription fill;
-    fill.box = getWindowPos();
+    fill.box = window;
     fill.colour = fromColour(getPalette().window(0));
     submitPrimitive(fill);
 
@@ -103,6 +111,10 @@ void FXGraphView::drawBackground() {
     if (morphologyStart_ != kNoTime && edit_ &&
         !(edit_->getEndTime() > morphologyStart_ && morphologyEnd_ > edit_->getStartTime()))
         return;
+    // Connections end at the nodes' boxes, which a node works out as it draws: a node moved since
+    // the last repaint would otherwise be joined where it was.
+    for (const auto& n : nodes_)
+        n->box_ = n->pixelBox();
     drawPrimaryNodeHighlight();
     drawConnections(EdgeOutline);
     drawNodes();

@@ -1,5 +1,6 @@
 // FXEditor: makes changes to an edit's effect graphs, with the host's rules: no cycle, no input
-// out of range, no node of the wrong channel type.
+// out of range, no node of the wrong channel type, no rewiring of a transition, and no change at
+// all to an edit open read-only.
 #pragma once
 
 #include <vector>
@@ -34,6 +35,20 @@ public:
     // Material nodes stand for the cel itself and are not removed. Announces with `announce`.
     static bool destroyNode(EditGraphIterator& it, bool announce);
 
+    // Resource ids of the messages for a refused change.
+    enum eRefusal : unsigned {
+        RefusedNone = 0,
+        RefusedLoop = 11300,
+        RefusedMediaType = 11301,
+        RefusedNoSuchInput = 11302,
+        RefusedTransition = 11303,
+        RefusedReadOnly = 11304,
+        RefusedNotAnEffect = 11305,
+    };
+    // Why a link from `from` into `input` of `to` would be refused, RefusedNone when it may be
+    // made. A pure question, as canConnectNodes is; connectNodes shows the refusal's message.
+    eRefusal connectionRefusal(const EditGraphIterator& to, size_t input,
+                               const EditGraphIterator& from) const;
     bool canConnectNodes(const EditGraphIterator& to, size_t input, const EditGraphIterator& from) const;
     bool connectNodes(EditGraphIterator& to, int input, const EditGraphIterator& from, bool announce);
     bool disconnectNodes(EditGraphIterator& to, int input, bool announce);

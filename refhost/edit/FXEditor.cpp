@@ -9,6 +9,9 @@
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/MaterialUsageNode.h"
 #include "host/TransitStatus.h"
+#include "host/UserMessages.h"
+#include "host/Vob.h"
+#include "host/VobManager.h"
 
 namespace {
 
@@ -90,6 +93,16 @@ std::vector<const FXGraphNodeBase*> topRingsOf(const std::vector<const FXGraphNo
 void tellTransport() {
     if (TransitStatus::manager().speed() != 0)
         TransitStatus::manager().graphChanged();
+}
+
+// An edit is read-only while any Vob shows it so.
+bool readOnly(const EditPtr& edit) {
+    if (!edit)
+        return false;
+    for (const Zk::Ptr<Vob>& v : VobManager::instance().vobs())
+        if (v->edit() == edit && v->isReadOnly())
+            return true;
+    return false;
 }
 
 } // namespace
@@ -199,6 +212,11 @@ bool FXEditor::destroyNode(EditGraphIterator& it, bool announce) {
     EditPtr edit = it.getCurrentPosEdit();
     if (!node || !edit || isPlainMaterial(node.get()))
         return false;
+    if (readOnly(it.getEditH()) || readOnly(edit)) {
+        if (announce)
+            makeMessage(UIString(RefusedReadOnly));
+        return false;
+    }
     for (const auto& [id, n] : edit->nodes())
         for (auto& in : n->inputs())
             if (in.node == node) {
@@ -231,27 +249,45 @@ bool FXEditor::destroyNode(EditGraphIterator& it, bool announce) {
     return true;
 }
 
-bool FXEditor::canConnectNodes(const EditGraphIterator& to, size_t input,
-                               const EditGraphIterator& from) const {
+FXEditor::eRefusal FXEditor::connectionRefusal(const EditGraphIterator& to, size_t input,
+                                               const EditGraphIterator& from) const {
     Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
     Zk::Ptr<FXGraphNodeBase> src = from.getNode(-1);
-    if (!dst || !src || dst == src)
-        return false;
+    if (!dst || !src)
+        return RefusedNotAnEffect;
+    if (readOnly(edit_) || readOnly(to.getEditH()))
+        return RefusedReadOnly;
+    if (dst == src)
+        return RefusedLoop;
     auto* effect = dynamic_cast<EffectInstance_opu4h5a4j*>(dst.get());
+    if (!effect)
+        return RefusedNotAnEffect;
     // A transition takes the two cels beside its cut; its inputs are not the user's to wire.
-    if (!effect || !effect->inputsOpenToWiring())
-        return false;
+    if (!effect->inputsOpenToWiring())
+        return RefusedTransition;
     if (input >= dst->getNumInputs())
-        return false;
+        return RefusedNoSuchInput;
     if (dst->chanType() != src->chanType())
-        return false;
+        return RefusedMediaType;
     // The new link would close a ring if the destination already feeds the source.
-    return !reaches(from, dst.get());
+    return reaches(from, dst.get()) ? RefusedLoop : RefusedNone;
+}
+
+bool FXEditor::canConnectNodes(const EditGraphIterator& to, size_t input,
+                               const EditGraphIterator& from) const {
+    return connectionRefusal(to, input, from) == RefusedNone;
 }
 
 bool FXEditor::connectNodes(EditGraphIterator& to, int input, const EditGraphIterator& from, bool announce) {
-    if (!edit_ || input < 0 || !canConnectNodes(to, static_cast<size_t>(input), from))
+    if (!edit_)
         return false;
+    const eRefusal refusal =
+        input < 0 ? RefusedNoSuchInput : connectionRefusal(to, static_cast<size_t>(input), from);
+    if (refusal != RefusedNone) {
+        if (announce)
+            makeMessage(UIString(refusal));
+        return false;
+    }
     Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
     FXGraphNodeBase::Input& in = dst->input(static_cast<unsigned>(input));
     in.node = from.getNode(-1);
@@ -268,6 +304,11 @@ bool FXEditor::disconnectNodes(EditGraphIterator& to, int input, bool announce) 
     Zk::Ptr<FXGraphNodeBase> dst = to.getNode(-1);
     if (!dst || input < 0 || static_cast<unsigned>(input) >= dst->getNumInputs())
         return false;
+    if (readOnly(edit_) || readOnly(to.getEditH())) {
+        if (announce)
+            makeMessage(UIString(RefusedReadOnly));
+        return false;
+    }
     FXGraphNodeBase::Input& in = dst->input(static_cast<unsigned>(input));
     const bool fromChannel = in.track.valid() && edit_ && edit_->getIdx(in.track) >= 0;
     if (!in.node && !fromChannel)

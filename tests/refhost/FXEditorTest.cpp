@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include "host/Resources.h"
+#include "host/UserMessages.h"
+#include "host/Vob.h"
+#include "host/VobManager.h"
 #include "tests/support/GraphBuilder.h"
 
 namespace {
@@ -109,4 +113,51 @@ TEST(FXEditor, AnEditorWithoutAnEditRefusesToConnect) {
     EditGraphIterator to = at(g, root);
     EXPECT_FALSE(ed.connectNodes(to, 0, at(g, loose), true));
     EXPECT_FALSE(root->input(0).node);
+}
+
+TEST(FXEditor, EachRefusalHasItsMessageAndAReadOnlyEditRefusesEveryChange) {
+    GraphBuilder g;
+    int v = g.channel(L"V1");
+    auto root = g.effect(1, 2), mid = g.effect(2, 1);
+    auto src = g.material(3);
+    auto sound = g.effect(4, 1);
+    sound->setChanType(kAudioChan);
+    auto dissolve = g.effect(5, 2, "Transition:Dissolve");
+    auto loose = g.effect(6, 1);
+    GraphBuilder::link(root, 0, mid);
+    GraphBuilder::link(mid, 0, src);
+    g.graphEvent(v, 0, 10, root);
+    FXEditor ed(g.edit);
+
+    EXPECT_EQ(ed.connectionRefusal(at(g, mid), 0, at(g, root)), FXEditor::RefusedLoop);
+    EXPECT_EQ(ed.connectionRefusal(at(g, root), 1, at(g, sound)), FXEditor::RefusedMediaType);
+    EXPECT_EQ(ed.connectionRefusal(at(g, root), 2, at(g, loose)), FXEditor::RefusedNoSuchInput);
+    EXPECT_EQ(ed.connectionRefusal(at(g, dissolve), 0, at(g, loose)), FXEditor::RefusedTransition);
+    EXPECT_EQ(ed.connectionRefusal(at(g, src), 0, at(g, loose)), FXEditor::RefusedNotAnEffect);
+    EXPECT_EQ(ed.connectionRefusal(at(g, root), 1, at(g, loose)), FXEditor::RefusedNone);
+
+    const size_t shown = messagesShown().size();
+    EXPECT_FALSE(ed.canConnectNodes(at(g, mid), 0, at(g, root)));
+    EXPECT_EQ(messagesShown().size(), shown) << "the question is silent";
+    EditGraphIterator to = at(g, mid);
+    EXPECT_FALSE(ed.connectNodes(to, 0, at(g, root), true));
+    ASSERT_EQ(messagesShown().size(), shown + 1);
+    EXPECT_EQ(messagesShown().back(), resourceStrW(FXEditor::RefusedLoop));
+    EXPECT_FALSE(messagesShown().back().empty()) << "the text comes from the resources";
+    EXPECT_FALSE(ed.connectNodes(to, 0, at(g, root), false));
+    EXPECT_EQ(messagesShown().size(), shown + 1) << "a silent call shows nothing";
+
+    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(g.edit, "read-only-rules");
+    vob->setReadOnly(true);
+    EXPECT_EQ(ed.connectionRefusal(at(g, root), 1, at(g, loose)), FXEditor::RefusedReadOnly);
+    EditGraphIterator r = at(g, root);
+    EXPECT_FALSE(ed.connectNodes(r, 1, at(g, loose), true));
+    EXPECT_FALSE(ed.disconnectNodes(r, 0, true));
+    EditGraphIterator m = at(g, mid);
+    EXPECT_FALSE(FXEditor::destroyNode(m, true));
+    EXPECT_EQ(root->input(0).node, mid) << "nothing changed";
+    EXPECT_EQ(messagesShown().back(), resourceStrW(FXEditor::RefusedReadOnly));
+    vob->setReadOnly(false);
+    EXPECT_TRUE(ed.disconnectNodes(r, 0, true));
+    VobManager::instance().reset();
 }

@@ -17,8 +17,13 @@ public:
     // Replaces the view; a null maker puts back the welcome view.
     void setView(const ViewMaker& maker);
     Glob* view() const { return view_; }
+    // Docks a widget along the left of the user area at its own width; the view takes the rest.
+    void dockLeft(Glob* side);
+    Glob* docked() const { return docked_; }
     void resize(double w, double h) override;
 
 private:
+    void layoutUserArea();
     Glob* view_ = nullptr;
+    Glob* docked_ = nullptr;
 };

@@ -5,14 +5,18 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <memory>
 #include <string>
 
 #include "app/workbench/RoutingWindow.h"
+#include "app/workbench/ScriptRunner.h"
+#include "app/workbench/TemplateList.h"
 #include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
 #include "graphview/FXGraphView.h"
 #include "host/Edit.h"
+#include "host/EffectTemplateManager.h"
 #include "host/GlobManager.h"
 #include "host/ToolkitApp.h"
 #include "host/UIString.h"
@@ -24,7 +28,7 @@ namespace {
 
 const char kUsage[] =
     "usage: nodedesk-workbench [EDIT] [--time T] [--headless --snapshot FILE.png] [--size WxH] "
-    "[--dump-view FILE.json]";
+    "[--dump-view FILE.json] [--script FILE.json [--snapshot-each DIR]]";
 
 // The usage line with the routing panel's flags.
 std::string usageLine() {
@@ -73,6 +77,7 @@ int main(int argc, char** argv) {
     std::string editPath;
     double time = NAN;
     int w = 900, h = 600;
+    std::string scriptPath, snapshotEach;
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
         if (a == "--help" || a == "-h") {
@@ -83,7 +88,8 @@ int main(int argc, char** argv) {
             headless = true;
             continue;
         }
-        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view") {
+        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view" || a == "--script" ||
+            a == "--snapshot-each") {
             if (i + 1 >= argc)
                 return fail(a + " needs a value; " + usageLine());
             const std::string v = argv[++i];
@@ -91,6 +97,10 @@ int main(int argc, char** argv) {
                 if (v.empty())
                     return fail("--snapshot needs a file name");
                 snapshot = v;
+            } else if (a == "--script" || a == "--snapshot-each") {
+                if (v.empty())
+                    return fail(a + " needs a value");
+                (a == "--script" ? scriptPath : snapshotEach) = v;
             } else if (a == "--dump-view") {
                 if (v.empty())
                     return fail("--dump-view needs a file name");
@@ -115,8 +125,26 @@ int main(int argc, char** argv) {
             return fail(std::string("one edit at a time; ") + usageLine());
         }
     }
+    // A script is read whole before anything opens: a bad one plays no step.
+    Script script;
+    if (!snapshotEach.empty() && scriptPath.empty())
+        return fail("--snapshot-each needs a --script");
+    if (!scriptPath.empty()) {
+        std::string error;
+        auto known = [](const std::string& name) {
+            return EffectTemplateManager::instance().find(toWide(String(name.c_str()))) != nullptr;
+        };
+        if (!loadScript(scriptPath, script, error, known))
+            return fail(error);
+        std::error_code ec;
+        if (!snapshotEach.empty() && !std::filesystem::create_directories(snapshotEach, ec) && ec)
+            return fail("can't make the folder " + snapshotEach);
+        if (!haveDisplay())
+            headless = true;
+    }
     // Headless, something must come out: a picture, the view's state or the routing panel's picture.
-    if (headless && snapshot.empty() && dumpPath.empty() && routingOptions.commands.empty())
+    if (headless && snapshot.empty() && dumpPath.empty() && routingOptions.commands.empty() &&
+        scriptPath.empty())
         return fail("--headless draws only into a --snapshot FILE; give one");
     if (!headless && snapshot.empty() && !haveDisplay())
         return fail("no display to open a window on; use --headless --snapshot FILE.png");
@@ -146,6 +174,10 @@ int main(int argc, char** argv) {
     auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
     bench->addStandardWidgets(StandardPanel::MenuButton);
     routing->addToggleTo(bench);
+    GlobCreationInfo listInfo(160, 0);
+    listInfo.palette = bench->getPalette();
+    auto* templates = new TemplateList(listInfo, kVideoChan);
+    bench->dockLeft(templates);
     if (graph)
         fitGraph(*graph);
     if (!dumpPath.empty()) {
@@ -172,8 +204,16 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "nodedesk-workbench: can't write %s\n", snapshot.c_str());
         rc = 1;
     }
-    if (!headless && rc == 0)
+    if (!scriptPath.empty() && rc == 0) {
+        // A scripted session ends with its last step.
+        std::string error;
+        ScriptRunner runner({bench, graph, templates, vob.get()}, snapshotEach);
+        rc = runner.run(script, error);
+        if (rc != ScriptRunner::Played)
+            std::fprintf(stderr, "nodedesk-workbench: %s: %s\n", scriptPath.c_str(), error.c_str());
+    } else if (!headless && rc == 0) {
         rc = runToolkitApplication();
+    }
     routing.reset();
     GlobManager::instance().destroyAll();
     VobManager::instance().reset();

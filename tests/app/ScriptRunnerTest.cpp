@@ -3,6 +3,8 @@
 // fails.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -41,8 +43,16 @@ std::string writeScript(const std::string& dir, const std::string& text) {
     return path;
 }
 
+// Scripts point at pixels, so each run starts from the default preferences in a folder of its
+// own: other tests running at the same time change the shared ones (the layout's direction).
 ProgramRun workbench(const std::string& edit, const std::string& args) {
-    return runProgram("nodedesk-workbench " + source("samples/" + edit) + " " + args);
+    static int runs = 0;
+    const fs::path config = fs::path(NODEDESK_BINARY_DIR) / "script-tests" / "config" /
+                            (std::to_string(getpid()) + "-" + std::to_string(++runs));
+    fs::remove_all(config);
+    fs::create_directories(config);
+    return runProgram("nodedesk-workbench " + source("samples/" + edit) + " " + args,
+                      "env NODEDESK_CONFIG_DIR=" + config.string());
 }
 
 size_t lines(const std::string& s) {

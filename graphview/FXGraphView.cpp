@@ -370,28 +370,3 @@ void FXGraphView::setOrientation(Orientation o, bool refit) {
     }
 }
 
-// --- drops ------------------------------------------------------------------------------------------
-
-bool FXGraphView::canAccept(DragDropItem* item, Glob::eDropReason reason) const {
-    // Only effect templates are taken, and they come with the template catalogue.
-    (void)item;
-    (void)reason;
-    return false;
-}
-
-bool FXGraphView::canAccept(DragDropItemType type, Glob::eDropReason) const {
-    if (type != kDragEffectTemplate || !vob() || vob() != Vob::getRecordMachine())
-        return false;
-    if (vob()->getMarkTime(65535) == kNoTime)
-        return true;
-    const NumRange<double> region = FXEditor::getRegionForNewEffect(vob()->getEditModule(), true, 1);
-    if (valEqualsVal(vob()->getCurrentTime(1), region.hi))
-        vob()->setChangeDescription(EditModifications(), VobModification(6, region.lo, region.hi));
-    return true;
-}
-
-bool FXGraphView::accept(DragDropItem*, Glob::eDropReason) {
-    return false;
-}
-
-void FXGraphView::indicateAcceptability(DragDropItem*, eAcceptance) {}

@@ -18,6 +18,7 @@
 #include "host/DragDropDestination.h"
 #include "host/Edit.h"
 #include "host/EditGraphIterator.h"
+#include "host/EffectTemplate.h"
 #include "host/EllipseDescription.h"
 #include "host/FXEditor.h"
 #include "host/ImageDescription.h"
@@ -306,11 +307,18 @@ public:
     // --- menu
     void reviewMenu(const Event* event) override;
 
-    // --- drops: effect templates are taken once view nodes can receive them
+    // --- drops: effect templates dropped on the canvas. A read-only view takes none.
     bool canAccept(DragDropItem* item, Glob::eDropReason reason) const override;
     bool canAccept(DragDropItemType type, Glob::eDropReason reason) const override;
     bool accept(DragDropItem* item, Glob::eDropReason reason) override;
     void indicateAcceptability(DragDropItem* item, eAcceptance acceptance) override;
+    // Puts the template into the graph by what lies under pos (view pixels) and places the new
+    // node there; replace asks it to take the place of the effect it lands on. One undo step.
+    // True when a new effect stands in the graph afterwards.
+    bool useTemplateAt(Zk::Ptr<EffectTemplate> tmpl, const XY<int>& pos, bool replace);
+    FXEditor::RC applyTemplateTo(Zk::Ptr<EffectTemplate> tmpl, FXGraphViewNode* node);
+    // The preview window that follows a drag over the view, or null when there is none.
+    Glob* floatingNode() const { return floatingNode_.alive() ? floatingNode_.glob : nullptr; }
 
 private:
     Zk::Ptr<NodeUIPosManager> posManager() const;
@@ -383,4 +391,19 @@ protected:
     ValObserver<XY<double>> centreObserver_;
     int chanType_ = 1;
     std::list<Zk::Ptr<Zk::Guard>> projectGuards_;
+
+    // --- drops
+    // A checked handle on the preview window: alive while the widget exists and still carries
+    // the id it was made with. Clearing destroys a live widget.
+    struct FloatingNodeHandle {
+        FloatingNodeHandle() = default;
+        FloatingNodeHandle(const FloatingNodeHandle&) = delete;
+        FloatingNodeHandle& operator=(const FloatingNodeHandle&) = delete;
+        ~FloatingNodeHandle() { clear(); }
+        IdStamp id;
+        Glob* glob = nullptr;
+        bool alive() const;
+        void clear();
+    };
+    FloatingNodeHandle floatingNode_;
 };

@@ -5,9 +5,11 @@
 #include "host/DragDropItem.h"
 #include "host/Glob.h"
 
+// How a drag stands over a destination: acceptable, refused, or (once the pointer has left it)
+// no longer over it. Destinations tell only acceptable from the rest.
 class iDragDropDestination {
 public:
-    enum eAcceptance { kNotOver = 0, kAcceptable = 1, kUnacceptable = 2 };
+    enum eAcceptance { kAcceptable = 0, kUnacceptable = 1, kNotOver = 2 };
     virtual ~iDragDropDestination() = default;
 };
 

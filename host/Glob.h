@@ -32,7 +32,9 @@ class Glob : public rect,
              public TabOrderManager {
 public:
     enum eRedrawFlag { NoRedraw = 0, Redraw = 1 };
-    enum eDropReason { DropOver = 0, DropRelease = 1 };
+    // Why a drop is asked about: a plain drop adds, a drop with the control key held asks to
+    // replace what it lands on.
+    enum eDropReason { DropInsert = 0, DropReplace = 1 };
     // Interest bits: TimerInterest brings handleTimerEvent at the host's period;
     // MouseMoveInterest brings moves without a button held.
     enum eInterest { MouseMoveInterest = 0x1, TimerInterest = 0x1000 };

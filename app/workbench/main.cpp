@@ -13,10 +13,13 @@
 #include "app/workbench/RoutingWindow.h"
 #include "app/workbench/TimelineView.h"
 #include "app/workbench/TimesList.h"
+#include "app/workbench/ScriptRunner.h"
+#include "app/workbench/TemplateList.h"
 #include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
 #include "graphview/FXGraphView.h"
 #include "host/Edit.h"
+#include "host/EffectTemplateManager.h"
 #include "host/GlobManager.h"
 #include "host/ToolkitApp.h"
 #include "host/UIString.h"
@@ -28,7 +31,7 @@ namespace {
 
 const char kUsage[] =
     "usage: nodedesk-workbench [EDIT] [--time T] [--headless --snapshot FILE.png] [--size WxH] "
-    "[--dump-view FILE.json] [--times T1,T2,... --snapshot-each DIR]";
+    "[--dump-view FILE.json] [--times T1,T2,... --snapshot-each DIR] [--script FILE.json [--snapshot-each DIR]]";
 
 // The usage line with the routing panel's flags.
 std::string usageLine() {
@@ -86,6 +89,7 @@ int main(int argc, char** argv) {
     std::string snapshotEach;
     double time = NAN;
     int w = 900, h = 600;
+    std::string scriptPath;
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
         if (a == "--help" || a == "-h") {
@@ -109,7 +113,7 @@ int main(int argc, char** argv) {
             }
             continue;
         }
-        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view") {
+        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view" || a == "--script") {
             if (i + 1 >= argc)
                 return fail(a + " needs a value; " + usageLine());
             const std::string v = argv[++i];
@@ -117,6 +121,10 @@ int main(int argc, char** argv) {
                 if (v.empty())
                     return fail("--snapshot needs a file name");
                 snapshot = v;
+            } else if (a == "--script") {
+                if (v.empty())
+                    return fail("--script needs a file name");
+                scriptPath = v;
             } else if (a == "--dump-view") {
                 if (v.empty())
                     return fail("--dump-view needs a file name");
@@ -143,9 +151,28 @@ int main(int argc, char** argv) {
     }
     if (!times.empty() && snapshotEach.empty())
         return fail("--times writes one picture per step into --snapshot-each DIR; give one");
+    if (!times.empty() && !scriptPath.empty())
+        return fail("--times and --script each play their own steps; give one of them");
+    // A script is read whole before anything opens: a bad one plays no step.
+    Script script;
+    if (!snapshotEach.empty() && scriptPath.empty() && times.empty())
+        return fail("--snapshot-each needs a --script or --times");
+    if (!scriptPath.empty()) {
+        std::string error;
+        auto known = [](const std::string& name) {
+            return EffectTemplateManager::instance().find(toWide(String(name.c_str()))) != nullptr;
+        };
+        if (!loadScript(scriptPath, script, error, known))
+            return fail(error);
+        std::error_code ec;
+        if (!snapshotEach.empty() && !std::filesystem::create_directories(snapshotEach, ec) && ec)
+            return fail("can't make the folder " + snapshotEach);
+        if (!haveDisplay())
+            headless = true;
+    }
     // Headless, something must come out: a picture, the view's state or the routing panel's picture.
     if (headless && snapshot.empty() && snapshotEach.empty() && dumpPath.empty() &&
-        routingOptions.commands.empty())
+        routingOptions.commands.empty() && scriptPath.empty())
         return fail("--headless draws only into a --snapshot FILE; give one");
     if (!headless && snapshot.empty() && !haveDisplay())
         return fail("no display to open a window on; use --headless --snapshot FILE.png");
@@ -189,6 +216,10 @@ int main(int argc, char** argv) {
     auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
     bench->addStandardWidgets(StandardPanel::MenuButton);
     routing->addToggleTo(bench);
+    GlobCreationInfo listInfo(160, 0);
+    listInfo.palette = bench->getPalette();
+    auto* templates = new TemplateList(listInfo, kVideoChan);
+    bench->dockLeft(templates);
     if (graph)
         fitGraph(*graph);
     if (!dumpPath.empty()) {
@@ -233,8 +264,16 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "nodedesk-workbench: can't write %s\n", snapshot.c_str());
         rc = 1;
     }
-    if (!headless && rc == 0)
+    if (!scriptPath.empty() && rc == 0) {
+        // A scripted session ends with its last step.
+        std::string error;
+        ScriptRunner runner({bench, graph, templates, vob.get()}, snapshotEach);
+        rc = runner.run(script, error);
+        if (rc != ScriptRunner::Played)
+            std::fprintf(stderr, "nodedesk-workbench: %s: %s\n", scriptPath.c_str(), error.c_str());
+    } else if (!headless && rc == 0) {
         rc = runToolkitApplication();
+    }
     routing.reset();
     GlobManager::instance().destroyAll();
     VobManager::instance().reset();

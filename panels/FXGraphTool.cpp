@@ -49,6 +49,7 @@ FXGraphTool::FXGraphTool(const InitArgs& args)
     : StandardPanel(args),
       VobClient(args.vob ? args.vob->cookie() : Cookie(), args.vob, kHighPriority, kManaged) {
     Glib::StateSaver saver;
+    unsized_ = getDimensions() == XY<int>(0, 0);
     startZoom_ = prefs().getPreference(kZoomPref, 0.75);
     init();
     postInit();
@@ -57,6 +58,7 @@ FXGraphTool::FXGraphTool(const InitArgs& args)
 FXGraphTool::FXGraphTool(const configb& config, int w, int h)
     : StandardPanel(StandardPanel::InitArgs(w, h, Border(0, 0, 15))) {
     Glib::StateSaver saver;
+    unsized_ = getDimensions() == XY<int>(0, 0);
     init();
     load(config);
     postInit();
@@ -91,9 +93,10 @@ void FXGraphTool::init() {
 
 void FXGraphTool::postInit() {
     showTemplates_ = prefs().getPreference(kTemplatesPref, true);
-    if (getDimensions() == XY<int>(0, 0)) {
+    if (unsized_ || getDimensions() == XY<int>(0, 0)) {
         const XY<int> size = calcSize();
         Glob::resize(size.x, size.y);
+        unsized_ = false;
     }
     updateTitleStr();
     initTemplatesListUI();

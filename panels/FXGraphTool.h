@@ -117,6 +117,8 @@ private:
     Checkbox* autoPositionCheckbox_ = nullptr;
     ImageButton* toggleTemplatesButton_ = nullptr;
     bool showTemplates_ = true;
+    // Made without a size: the preferred size is taken once the minimum size is set.
+    bool unsized_ = false;
 
     static DLList allPanels_;
     static double startZoom_;

@@ -49,9 +49,10 @@ void FXGraphTool::load(const configb& c) {
     c.in("VIEW_CY", cy);
     savedCentreX_ = cx;
     savedCentreY_ = cy;
-    if (getDimensions() == XY<int>(0, 0)) {
+    if (unsized_ || getDimensions() == XY<int>(0, 0)) {
         const XY<int> size = calcSize();
         Glob::resize(size.x, size.y);
+        unsized_ = false;
     }
 }
 

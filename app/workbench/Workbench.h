@@ -12,13 +12,20 @@ public:
     using ViewMaker = std::function<Glob*(const GlobCreationInfo& info)>;
 
     Workbench(int width, int height);
+    ~Workbench() override;
+    // Runs once, as the window closes, before anything of it goes.
+    void setOnClose(std::function<void()> f) { onClose_ = std::move(f); }
     const char* idstring() const override { return "Workbench"; }
 
     // Replaces the view; a null maker puts back the welcome view.
     void setView(const ViewMaker& maker);
     Glob* view() const { return view_; }
     void resize(double w, double h) override;
+    // The window's record, and under "VIEW" the text of its view's own record when the view
+    // keeps one (a persistable view).
+    void dump(configb& c) override;
 
 private:
     Glob* view_ = nullptr;
+    std::function<void()> onClose_;
 };

@@ -11,6 +11,7 @@
 #include "app/workbench/RoutingWindow.h"
 #include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
+#include "app/workbench/WorkbenchLayout.h"
 #include "graphview/FXGraphView.h"
 #include "host/Edit.h"
 #include "host/GlobManager.h"
@@ -18,6 +19,7 @@
 #include "host/UIString.h"
 #include "host/Vob.h"
 #include "host/VobManager.h"
+#include "panels/FXGraphTool.h"
 #include "refhost/edit/AnyEditFile.h"
 
 namespace {
@@ -73,6 +75,7 @@ int main(int argc, char** argv) {
     std::string editPath;
     double time = NAN;
     int w = 900, h = 600;
+    bool sizeGiven = false;
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
         if (a == "--help" || a == "-h") {
@@ -100,6 +103,7 @@ int main(int argc, char** argv) {
                 if (std::sscanf(v.c_str(), "%dx%d%n", &w, &h, &used) != 2 ||
                     used != static_cast<int>(v.size()) || w < 200 || h < 150 || w > 8000 || h > 8000)
                     return fail("--size takes WIDTHxHEIGHT from 200x150 to 8000x8000, not '" + v + "'");
+                sizeGiven = true;
             } else {
                 char* end = nullptr;
                 time = std::strtod(v.c_str(), &end);
@@ -133,20 +137,36 @@ int main(int argc, char** argv) {
     vob->storeCurrentTime(std::isnan(time) ? edit->getStartTime() : time);
 
     ensureToolkitApplication();
+    // The screen layout of the last interactive session: windows, places, sizes, the view's zoom.
+    WorkbenchLayout layout;
+    if (!headless) {
+        std::string layoutError;
+        if (!layout.read(layoutError))
+            std::fprintf(stderr, "nodedesk-workbench: layout ignored: %s\n", layoutError.c_str());
+    }
+    XY<int> place = glib_getPosForWindow(w, h);
+    if (auto saved = layout.workbench(); saved && !sizeGiven) {
+        saved->in("W", w);
+        saved->in("H", h);
+        place = glib_getPosForWindow(w, h);
+        saved->in("X", place.x);
+        saved->in("Y", place.y);
+    }
     auto* bench = new Workbench(w, h);
     bench->setTitle(UIString(L"nodedesk \u2014 " + edit->name().str()));
     FXGraphView* graph = nullptr;
     bench->setView([&](const GlobCreationInfo& info) -> Glob* {
-        FXGraphView::InitArgs args(info.width, info.height, vob.get(), 1);
-        args.palette = info.palette;
-        return graph = new FXGraphView(args);
+        FXGraphTool* tool = layout.makeTool(info, vob.get());
+        graph = tool->view();
+        return tool;
     });
-    Glob::setupRootPos(bench->canvas(), glib_getPosForWindow(w, h));
+    Glob::setupRootPos(bench->canvas(), place);
     GlobManager::instance().realize(bench);
+    layout.restoreOthers();
     auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
     bench->addStandardWidgets(StandardPanel::MenuButton);
     routing->addToggleTo(bench);
-    if (graph)
+    if (graph && !layout.restoresView())
         fitGraph(*graph);
     if (!dumpPath.empty()) {
         // What a person would see: the stills, boxes and flags of a drawn view.
@@ -172,8 +192,22 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "nodedesk-workbench: can't write %s\n", snapshot.c_str());
         rc = 1;
     }
-    if (!headless && rc == 0)
+    if (!headless && rc == 0) {
+        // The layout is written as the workbench closes, while its windows are all still there.
+        bool saved = false;
+        auto saveLayout = [&saved] {
+            std::string layoutError;
+            if (!saved && !WorkbenchLayout::save(layoutError))
+                std::fprintf(stderr, "nodedesk-workbench: %s\n", layoutError.c_str());
+            saved = true;
+        };
+        bench->setOnClose(saveLayout);
         rc = runToolkitApplication();
+        if (is_good_glob_ptr(bench)) {
+            saveLayout();
+            bench->setOnClose(nullptr);
+        }
+    }
     routing.reset();
     GlobManager::instance().destroyAll();
     VobManager::instance().reset();

@@ -18,7 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (ScreenLayout::fromText(text, windows, error)) {
         std::vector<configb> again;
         String error2;
-        if (!ScreenLayout::fromText(ScreenLayout::toText(windows), again, error2) || again.size() != windows.size())
+        if (!ScreenLayout::fromText(ScreenLayout::toText(windows), again, error2) ||
+            again.size() != windows.size())
             std::abort();
         for (size_t i = 0; i < again.size(); ++i)
             if (!(again[i] == windows[i]))

@@ -38,5 +38,6 @@ public:
     static std::vector<MenuItem> getItemsForComponent(Vob* vob, const EditGraphIterator& at, unsigned flags);
 
 private:
-    static std::vector<MenuItem> toolItems(Vob* vob, const EditGraphIterator& at, unsigned flags, EventHandler* tool);
+    static std::vector<MenuItem> toolItems(Vob* vob, const EditGraphIterator& at, unsigned flags,
+                                           EventHandler* tool);
 };

@@ -25,7 +25,8 @@ public:
     // Fills result with the categories that hold a template the matcher takes, each with those
     // templates, in the catalogue's order; `sorted` puts categories and their templates in
     // order of name instead.
-    void getCategories(std::vector<EffectCategory>& result, const TemplateMatcher& matcher, bool sorted) const;
+    void getCategories(std::vector<EffectCategory>& result, const TemplateMatcher& matcher,
+                       bool sorted) const;
 
 private:
     EffectTemplateManager();

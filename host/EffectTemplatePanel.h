@@ -14,7 +14,8 @@ class EffectTemplatePanel : public StandardPanel {
 public:
     struct InitArgs : StandardPanel::InitArgs {
         InitArgs() = default;
-        InitArgs(const EditGraphIterator& i, const Cookie& c) : StandardPanel::InitArgs(0, 0), it(i), cookie(c) {}
+        InitArgs(const EditGraphIterator& i, const Cookie& c)
+            : StandardPanel::InitArgs(0, 0), it(i), cookie(c) {}
         EditGraphIterator it{0};
         Cookie cookie;
     };

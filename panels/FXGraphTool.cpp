@@ -102,7 +102,8 @@ void FXGraphTool::postInit() {
     initTemplatesListUI();
 
     const std::vector<UIString> orientations{UIString(kLeftToRight), UIString(kBottomToTop)};
-    const int checkboxWidth = Checkbox::calcWidth(UIString(kCheckboxLabel), Checkbox::getDefaultAppearance(), FontDesc());
+    const int checkboxWidth =
+        Checkbox::calcWidth(UIString(kCheckboxLabel), Checkbox::getDefaultAppearance(), FontDesc());
     const bool automatic = prefs().getPreference(kAutoPositionPref, false);
     const int gap = UifStd::getWidgetGap();
     const int row = UifStd::getRowHeight();
@@ -119,28 +120,32 @@ void FXGraphTool::postInit() {
     const int side = row;
     const int inset = (titleRowHeight() - side) / 2 + getBorder().getSize();
     toggleTemplatesButton_ = static_cast<ImageButton*>(
-        addChild(new ImageButton(withLook(ImageButton::InitArgs(getIconPath("GallNav.png"),
-                                                                WidgetCallback("ToggleTemplates", this), side, side))),
+        addChild(new ImageButton(withLook(ImageButton::InitArgs(
+                     getIconPath("GallNav.png"), WidgetCallback("ToggleTemplates", this), side, side))),
                  TopLeft(gap, inset), WidgetSurround()));
     Checkbox::InitArgs check(UIString(kCheckboxLabel), automatic, checkboxWidth, row);
-    autoPositionCheckbox_ = static_cast<Checkbox*>(addChild(new Checkbox(withLook(check)), BottomLeft(b, b), WidgetSurround()));
+    autoPositionCheckbox_ =
+        static_cast<Checkbox*>(addChild(new Checkbox(withLook(check)), BottomLeft(b, b), WidgetSurround()));
     tidyButton_ = static_cast<PushButton*>(
-        addChild(new PushButton(withLook(Button::InitArgs(UIString(kTidyLabel), WidgetCallback("TidyNodes", this), 0,
-                                                          PushButton::calcHeight()))),
+        addChild(new PushButton(withLook(Button::InitArgs(
+                     UIString(kTidyLabel), WidgetCallback("TidyNodes", this), 0, PushButton::calcHeight()))),
                  RightOf(gap, nullptr, 0), WidgetSurround()));
-    orientationMenu_ = static_cast<DropDownMenuButton*>(addChild(
-        new DropDownMenuButton(withLook(DropDownMenuButton::InitArgs(
-            orientations, WidgetCallback(DropDownMenuButton::dropDownMenuButtonMsg, this), 0, row))),
-        RightOf(gap, nullptr, 0), WidgetSurround()));
+    orientationMenu_ = static_cast<DropDownMenuButton*>(
+        addChild(new DropDownMenuButton(withLook(DropDownMenuButton::InitArgs(
+                     orientations, WidgetCallback(DropDownMenuButton::dropDownMenuButtonMsg, this), 0, row))),
+                 RightOf(gap, nullptr, 0), WidgetSurround()));
     const XY<int> viewSize = calcMainViewSize();
     FXGraphView::InitArgs viewArgs(viewSize.x, viewSize.y, vob(), 1);
-    view_ = static_cast<FXGraphView*>(addChild(new FXGraphView(withLook(viewArgs)), UserTopRight(0, 0), WidgetSurround()));
-    redoButton_ = static_cast<ImageButton*>(
-        addChild(new ImageButton(withLook(ImageButton::InitArgs(getIconPath("redo.png"), WidgetCallback("redoBtn", this)))),
-                 BottomRight(b, b), WidgetSurround()));
-    undoButton_ = static_cast<ImageButton*>(
-        addChild(new ImageButton(withLook(ImageButton::InitArgs(getIconPath("undo.png"), WidgetCallback("undoBtn", this)))),
-                 LeftOf(gap, nullptr, 0), WidgetSurround()));
+    view_ = static_cast<FXGraphView*>(
+        addChild(new FXGraphView(withLook(viewArgs)), UserTopRight(0, 0), WidgetSurround()));
+    redoButton_ =
+        static_cast<ImageButton*>(addChild(new ImageButton(withLook(ImageButton::InitArgs(
+                                               getIconPath("redo.png"), WidgetCallback("redoBtn", this)))),
+                                           BottomRight(b, b), WidgetSurround()));
+    undoButton_ =
+        static_cast<ImageButton*>(addChild(new ImageButton(withLook(ImageButton::InitArgs(
+                                               getIconPath("undo.png"), WidgetCallback("undoBtn", this)))),
+                                           LeftOf(gap, nullptr, 0), WidgetSurround()));
 
     TextBox* title = getTitleWidget();
     if (title && removeWidget(title, false))
@@ -165,8 +170,8 @@ void FXGraphTool::initTemplatesListUI() {
                                       static_cast<unsigned short>(std::max(getUserArea().height(), 1)));
     args.canvas = canvas();
     args.palette = getPalette();
-    templatesList_ =
-        static_cast<DDVideoEffectsList*>(addChild(new DDVideoEffectsList(args), UserTopLeft(0, 0), WidgetSurround()));
+    templatesList_ = static_cast<DDVideoEffectsList*>(
+        addChild(new DDVideoEffectsList(args), UserTopLeft(0, 0), WidgetSurround()));
 }
 
 Zk::Box<int> FXGraphTool::getUserArea() const {

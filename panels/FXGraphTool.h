@@ -26,7 +26,8 @@ class FXGraphTool : public StandardPanel, public VobClient, public DLListRec {
 public:
     struct InitArgs : StandardPanel::InitArgs {
         InitArgs() = default;
-        InitArgs(int w, int h, Vob* v, const Border& b = Border(0, 0, 15)) : StandardPanel::InitArgs(w, h, b), vob(v) {}
+        InitArgs(int w, int h, Vob* v, const Border& b = Border(0, 0, 15))
+            : StandardPanel::InitArgs(w, h, b), vob(v) {}
         Vob* vob = nullptr;
     };
     // What a pop-out opens: a tile viewer of the shot, or its log entry.

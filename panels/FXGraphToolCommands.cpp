@@ -101,8 +101,9 @@ int FXGraphTool::handleMessageEvent(const LightweightString<char>& msg, Glob* se
     }
     if (msg == DropDownMenuButton::dropDownMenuButtonMsg) {
         if (view_ && orientationMenu_)
-            view_->setOrientation(orientationMenu_->getSelectedItem().index != 0 ? VidRouting::Orientations::BottomToTop
-                                                                                 : VidRouting::Orientations::LeftToRight,
+            view_->setOrientation(orientationMenu_->getSelectedItem().index != 0
+                                      ? VidRouting::Orientations::BottomToTop
+                                      : VidRouting::Orientations::LeftToRight,
                                   true);
         return 1;
     }

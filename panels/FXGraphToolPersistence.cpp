@@ -41,7 +41,8 @@ void FXGraphTool::load(const configb& c) {
     } else {
         String group;
         c.in("GROUPID", group);
-        if (!VobManager::instance().open(this, group) && VobManager::instance().create(this, cookie, group) && vob())
+        if (!VobManager::instance().open(this, group) && VobManager::instance().create(this, cookie, group) &&
+            vob())
             vob()->storeCurrentTime(time);
     }
     c.in("VIEW_ZOOM", startZoom_);
@@ -105,8 +106,8 @@ void FXGraphTool::createPanelFor(Vob* vob, EditGraphIterator& it) {
         const XY<int> place =
             position.kind() == WidgetPosition::CentreKind
                 ? glib_getPosForWindow(args.width, args.height)
-                : GlobManager::instance().getSafePosForGlob(args.canvas, size,
-                                                            GlobManager::instance().getPosForGlob(args, position));
+                : GlobManager::instance().getSafePosForGlob(
+                      args.canvas, size, GlobManager::instance().getPosForGlob(args, position));
         Glob::setupRootPos(args.canvas, place);
         GlobManager::instance().realize(new FXGraphTool(args));
     }

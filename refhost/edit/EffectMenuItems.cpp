@@ -3,13 +3,13 @@
 
 #include "host/AudioPlugIns.h"
 #include "host/CelEventPair.h"
-#include "host/EventHandler.h"
-#include "host/VobClient.h"
 #include "host/EffectInstance_opu4h5a4j.h"
+#include "host/EventHandler.h"
 #include "host/FXEditor.h"
 #include "host/MaterialUsageNode.h"
 #include "host/PlugInUIAdaptorFactory.h"
 #include "host/Vob.h"
+#include "host/VobClient.h"
 #include "refhost/edit/OwningEdit.h"
 #include "refhost/notify/FunctionCallback.h"
 
@@ -66,12 +66,13 @@ std::vector<MenuItem> EffectMenuItems::toolItems(Vob* vob, const EditGraphIterat
     const IdStamp id = node->getId();
     auto fx = Zk::dynamicCast<EffectInstance_opu4h5a4j>(node);
     const String position = at.getState().asString();
-    auto command = [&](const char* prefix, const char* word) { return String(prefix) + word + " " + position; };
+    auto command = [&](const char* prefix, const char* word) {
+        return String(prefix) + word + " " + position;
+    };
 
     if (fx && (flags & kEnable))
-        items.push_back(item(fx->isEnabled() ? L"Switch off" : L"Switch on", [edit, id](const NotifyMsg&) {
-            return switchEffect(edit, id);
-        }));
+        items.push_back(item(fx->isEnabled() ? L"Switch off" : L"Switch on",
+                             [edit, id](const NotifyMsg&) { return switchEffect(edit, id); }));
     if (fx && (flags & kParameters))
         items.push_back(message(L"Parameters..", command("fxutr", "params"), tool));
     if (fx && (flags & kGraph)) {
@@ -110,9 +111,8 @@ std::vector<MenuItem> EffectMenuItems::getItemsForComponent(Vob* vob, const Edit
         return toolItems(vob, at, flags, tool);
 
     if (fx && (flags & kEnable)) {
-        items.push_back(item(fx->isEnabled() ? L"Switch off" : L"Switch on", [edit, id](const NotifyMsg&) {
-            return switchEffect(edit, id);
-        }));
+        items.push_back(item(fx->isEnabled() ? L"Switch off" : L"Switch on",
+                             [edit, id](const NotifyMsg&) { return switchEffect(edit, id); }));
     }
     if (fx && (flags & kParameters)) {
         bool any = !fx->params().empty() || isAudioPlugin(fx->tagTypeId());

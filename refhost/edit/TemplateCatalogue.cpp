@@ -17,7 +17,8 @@ WString EffectTemplateManager::categoryOf(const EffectTemplate& t) {
     const size_t first = tag.find(':');
     const std::string head = tag.substr(0, first);
     const size_t second = first == std::string::npos ? std::string::npos : tag.find(':', first + 1);
-    const std::string sub = first == std::string::npos ? std::string() : tag.substr(first + 1, second - first - 1);
+    const std::string sub =
+        first == std::string::npos ? std::string() : tag.substr(first + 1, second - first - 1);
     if (head == "Transition")
         return WString(L"Transitions");
     if (head == "Audio")
@@ -56,8 +57,10 @@ void EffectTemplateManager::getCategories(std::vector<EffectCategory>& result, c
     }
     if (!sorted)
         return;
-    std::sort(result.begin(), result.end(), [](const EffectCategory& a, const EffectCategory& b) { return a.name < b.name; });
+    std::sort(result.begin(), result.end(),
+              [](const EffectCategory& a, const EffectCategory& b) { return a.name < b.name; });
     for (auto& c : result)
-        std::sort(c.templates.begin(), c.templates.end(),
-                  [](const EffectTemplateSummary& a, const EffectTemplateSummary& b) { return a.name < b.name; });
+        std::sort(
+            c.templates.begin(), c.templates.end(),
+            [](const EffectTemplateSummary& a, const EffectTemplateSummary& b) { return a.name < b.name; });
 }

@@ -59,7 +59,8 @@ public:
         }
         md.width = std::max(w, 1);
         md.height = std::max(h, 1);
-        Render::RenderContextRep context(it, md, Zk::CurrentProject::getIntermediateImageFormat(), 0, 1, true);
+        Render::RenderContextRep context(it, md, Zk::CurrentProject::getIntermediateImageFormat(), 0, 1,
+                                         true);
         Zk::Ptr<Zk::Image::Surface> still = Render::VidRenderUtils::renderStill(context, true);
         if (!still || still->empty())
             return;
@@ -77,8 +78,8 @@ public:
 
 } // namespace
 
-Glob* makeEditViewer(const LightweightString<char>& kind, const Cookie& cookie, const XY<int>& pos, double time,
-                     const LightweightString<char>& variant) {
+Glob* makeEditViewer(const LightweightString<char>& kind, const Cookie& cookie, const XY<int>& pos,
+                     double time, const LightweightString<char>& variant) {
     if (!cookie.valid())
         return nullptr;
     EditPtr edit = VobManager::instance().findEdit(cookie);
@@ -99,7 +100,8 @@ Glob* makeEditViewer(const LightweightString<char>& kind, const Cookie& cookie, 
     Zk::Ptr<Vob> vob = VobManager::instance().vobFor(edit, String("viewer:") + edit->cookie().asString());
     vob->storeCurrentTime(time);
     const int row = UifStd::getRowHeight();
-    StandardPanel::InitArgs args(16 * row, 9 * row + StandardPanel::calcSize(2, 0, StandardPanel::getDefaultBorder()));
+    StandardPanel::InitArgs args(16 * row,
+                                 9 * row + StandardPanel::calcSize(2, 0, StandardPanel::getDefaultBorder()));
     auto* viewer = new TileViewer(args, cookie, vob.get(), kind == "tilev" ? variant : kind + " " + variant);
     if (pos != XY<int>(0, 0))
         Glob::setupRootPos(viewer->canvas(), pos);

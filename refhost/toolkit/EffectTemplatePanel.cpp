@@ -46,7 +46,8 @@ EffectTemplatePanel::EffectTemplatePanel(const InitArgs& args) : StandardPanel(a
     setResizable(true);
     Zk::Ptr<FXGraphNodeBase> node = it_.getNode(-1);
     WString name = node ? node->getName() : WString();
-    setTitle(UIString(WString(L"Templates for ") + (name.empty() ? WString(L"the node") : name), UIString::NoResource),
+    setTitle(UIString(WString(L"Templates for ") + (name.empty() ? WString(L"the node") : name),
+                      UIString::NoResource),
              UifStd::getTitleFont());
     addStandardWidgets(CloseButton);
     const Zk::Box<int> ua = getUserArea();

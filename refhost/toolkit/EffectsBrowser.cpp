@@ -90,7 +90,8 @@ const std::vector<EffectsBrowser::Row>& EffectsBrowser::rows() {
 }
 
 bool EffectsBrowser::isFolded(int category) const {
-    return category >= 0 && static_cast<size_t>(category) < folded_.size() && folded_[static_cast<size_t>(category)];
+    return category >= 0 && static_cast<size_t>(category) < folded_.size() &&
+           folded_[static_cast<size_t>(category)];
 }
 
 WString EffectsBrowser::rowText(int row) {
@@ -117,8 +118,8 @@ Zk::Ptr<DragDropItem> EffectsBrowser::makeDragItem(int row) {
     if (row < 0 || static_cast<size_t>(row) >= rows_.size() || rows_[static_cast<size_t>(row)].templ < 0)
         return nullptr;
     const Row& r = rows_[static_cast<size_t>(row)];
-    return Zk::Ptr<DragDropItem>(
-        new TemplateDragItem(categories_[static_cast<size_t>(r.category)].templates[static_cast<size_t>(r.templ)].tmpl));
+    return Zk::Ptr<DragDropItem>(new TemplateDragItem(
+        categories_[static_cast<size_t>(r.category)].templates[static_cast<size_t>(r.templ)].tmpl));
 }
 
 bool EffectsBrowser::handleMouseEvent(const Event& e) {
@@ -196,7 +197,8 @@ void EffectsBrowser::drawBackground() {
         if (rw.templ < 0) {
             Glib::drawRect(r, getPalette().window(-3), box);
             // A fold mark: a small square, filled while the category is open.
-            Zk::Box<int> mark{box.x1 + indent, box.y1 + row / 3, box.x1 + indent + row / 3, box.y1 + 2 * row / 3};
+            Zk::Box<int> mark{box.x1 + indent, box.y1 + row / 3, box.x1 + indent + row / 3,
+                              box.y1 + 2 * row / 3};
             if (folded_[static_cast<size_t>(rw.category)])
                 Glib::drawFrame(r, getPalette().text(0), mark, 1);
             else

@@ -87,7 +87,8 @@ private:
             if (m)
                 lines_.push_back(WString(L"Source: ") + toWide(m->source == "image" ? m->file : m->source));
             lines_.push_back(WString(L"Track: ") + place.edit->getChanDisplayName(place.chan));
-            lines_.push_back(toWide(stringFormat("Span: %.3f s to %.3f s", place.event.start, place.event.end)));
+            lines_.push_back(
+                toWide(stringFormat("Span: %.3f s to %.3f s", place.event.start, place.event.end)));
             lines_.push_back(WString(L"Cookie: ") + toWide(shot_.asString()));
         } else {
             lines_.push_back(WString(L"The shot is no longer in an open edit."));
@@ -97,8 +98,8 @@ private:
         boxes_.clear();
         const int row = UifStd::getRowHeight(), gap = UifStd::getWidgetGap();
         for (size_t i = 0; i < lines_.size(); ++i) {
-            auto* box = new TextBox(TextBox::InitArgs(UIString(lines_[i], UIString::NoResource), false,
-                                                      width() - 2 * gap, row));
+            auto* box = new TextBox(
+                TextBox::InitArgs(UIString(lines_[i], UIString::NoResource), false, width() - 2 * gap, row));
             addChild(box, UserTopLeft(gap, gap + static_cast<int>(i) * (row + gap)));
             boxes_.push_back(box);
         }
@@ -118,8 +119,8 @@ VobClient* FloatingLogMetadataPanel::create(const Cookie& shot, const XY<int>& p
         return nullptr;
     Zk::Ptr<Vob> vob = VobManager::instance().vobFor(place.edit, String("log:") + shot.asString());
     const int row = UifStd::getRowHeight(), gap = UifStd::getWidgetGap();
-    StandardPanel::InitArgs args(22 * row, 6 * (row + gap) + gap +
-                                               StandardPanel::calcSize(2, 0, StandardPanel::getDefaultBorder()));
+    StandardPanel::InitArgs args(
+        22 * row, 6 * (row + gap) + gap + StandardPanel::calcSize(2, 0, StandardPanel::getDefaultBorder()));
     auto* window = new LogMetadataWindow(args, shot, vob.get());
     Glob::setupRootPos(window->canvas(), pos);
     GlobManager::instance().realize(window);

@@ -80,7 +80,8 @@ Glob* UtrImporter::createImporter(Vob* vob, EditGraphIterator& it, const Palette
     if (!vob || !it.isValid() || !Zk::dynamicCast<EffectInstance_opu4h5a4j>(node))
         return nullptr;
     const int row = UifStd::getRowHeight(), gap = UifStd::getWidgetGap();
-    StandardPanel::InitArgs args(24 * row, 4 * (row + gap) + StandardPanel::calcSize(2, 0, StandardPanel::getDefaultBorder()));
+    StandardPanel::InitArgs args(
+        24 * row, 4 * (row + gap) + StandardPanel::calcSize(2, 0, StandardPanel::getDefaultBorder()));
     args.palette = palette;
     auto* panel = new StandardPanel(args);
     panel->setMovable(true);
@@ -91,14 +92,15 @@ Glob* UtrImporter::createImporter(Vob* vob, EditGraphIterator& it, const Palette
     panel->addChild(new TextBox(TextBox::InitArgs(UIString(WString(L"Effect: ") + name, UIString::NoResource),
                                                   false, 22 * row, row)),
                     Glob::UserTopLeft(gap, gap));
-    panel->addChild(
-        new TextBox(TextBox::InitArgs(UIString(toWide(stringFormat("Rendered at %.3f s, event %.3f s to %.3f s",
-                                                                   it.getTime(), range.lo, range.hi)),
-                                               UIString::NoResource),
-                                      false, 22 * row, row)),
-        Glob::UserTopLeft(gap, 2 * gap + row));
+    panel->addChild(new TextBox(TextBox::InitArgs(
+                        UIString(toWide(stringFormat("Rendered at %.3f s, event %.3f s to %.3f s",
+                                                     it.getTime(), range.lo, range.hi)),
+                                 UIString::NoResource),
+                        false, 22 * row, row)),
+                    Glob::UserTopLeft(gap, 2 * gap + row));
     const String state = it.getState().asString();
-    Button::InitArgs button(UIString(L"Import"), WidgetCallback(refhost::makeCallback([vob, state, panel](const NotifyMsg&) {
+    Button::InitArgs button(UIString(L"Import"),
+                            WidgetCallback(refhost::makeCallback([vob, state, panel](const NotifyMsg&) {
                                 if (!importRender(vob, EditGraphIterator(state)))
                                     return 0;
                                 GlobManager::instance().requestDeletion(panel);

@@ -126,11 +126,12 @@ TEST_F(PanelTest, PositionsReadBackFromTheirText) {
     EXPECT_DOUBLE_EQ(back.getTime(), 2.0);
 
     const std::string good = text.str();
-    for (const std::string& bad : {std::string(), std::string(";;;;"), good + ";", good.substr(0, good.size() - 1) + "x",
-                                   "E7.0.2" + good.substr(good.find(';')), "-" + good.substr(good.find(';')),
-                                   good.substr(0, good.rfind(';')) + ";1.0.11,,1.0.10",
-                                   good.substr(0, good.find(';')) + ";100.0.1;inf;0;1.0.11",
-                                   good.substr(0, good.find(';')) + ";100.0.1;1;-3;1.0.11"}) {
+    for (const std::string& bad :
+         {std::string(), std::string(";;;;"), good + ";", good.substr(0, good.size() - 1) + "x",
+          "E7.0.2" + good.substr(good.find(';')), "-" + good.substr(good.find(';')),
+          good.substr(0, good.rfind(';')) + ";1.0.11,,1.0.10",
+          good.substr(0, good.find(';')) + ";100.0.1;inf;0;1.0.11",
+          good.substr(0, good.find(';')) + ";100.0.1;1;-3;1.0.11"}) {
         EditGraphIteratorState state{String(bad)};
         EXPECT_TRUE(state.path.empty()) << bad;
         EXPECT_FALSE(EditGraphIterator(String(bad)).isValid()) << bad;

@@ -84,8 +84,9 @@ TEST_F(PanelTest, NodeMessagesWithoutAUsablePositionDoNothing) {
     FXGraphTool& p = open();
     const size_t roots = GlobManager::instance().roots().size();
     const unsigned changes = g.edit->changeCount();
-    for (const char* msg : {"fxutrtile", "fxutr", "fxutrcycle_inputs nonsense", "fxutrremove_utr E9.9.9;-;1;0;1.0.11",
-                            "render_effect", "render_effect x;y", "popOuttile", "popOut"})
+    for (const char* msg :
+         {"fxutrtile", "fxutr", "fxutrcycle_inputs nonsense", "fxutrremove_utr E9.9.9;-;1;0;1.0.11",
+          "render_effect", "render_effect x;y", "popOuttile", "popOut"})
         EXPECT_EQ(p.handleMessageEvent(msg, nullptr), 1) << msg;
     EXPECT_EQ(GlobManager::instance().roots().size(), roots);
     EXPECT_EQ(g.edit->changeCount(), changes);
@@ -209,9 +210,9 @@ TEST_F(PanelTest, NodeMenuItemsReachThePanel) {
     std::vector<std::wstring> labels;
     for (const MenuItem& m : items)
         labels.push_back(m.label().resolve().str());
-    EXPECT_EQ(labels, (std::vector<std::wstring>{L"Switch off", L"Parameters..", L"Templates..", L"Cycle inputs",
-                                                 L"Render afresh", L"Import render..", L"Pop out viewer",
-                                                 L"Pop out log entry", L"Remove"}));
+    EXPECT_EQ(labels, (std::vector<std::wstring>{L"Switch off", L"Parameters..", L"Templates..",
+                                                 L"Cycle inputs", L"Render afresh", L"Import render..",
+                                                 L"Pop out viewer", L"Pop out log entry", L"Remove"}));
     EXPECT_EQ(items[3].callback().target(), static_cast<EventHandler*>(&p));
     EXPECT_EQ(items[3].choose(p.view()), 1);
     EXPECT_EQ(inputOf(g.edit, kMix, 0), kSource2);

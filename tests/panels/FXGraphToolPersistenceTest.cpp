@@ -33,8 +33,9 @@ TEST_F(PanelTest, DumpWritesTheKeysInOrder) {
     p.view()->setViewCentre(0.25, -0.5);
     configb c;
     p.dump(c);
-    EXPECT_EQ(keysOf(c), (std::vector<std::string>{"TYPE", "X", "Y", "W", "H", "EDIT_COOKIE", "GROUPID", "CURRENT_TIME",
-                                                   "VIEW_CX", "VIEW_CY", "VIEW_ZOOM", "AUTO_POSITION"}));
+    EXPECT_EQ(keysOf(c),
+              (std::vector<std::string>{"TYPE", "X", "Y", "W", "H", "EDIT_COOKIE", "GROUPID", "CURRENT_TIME",
+                                        "VIEW_CX", "VIEW_CY", "VIEW_ZOOM", "AUTO_POSITION"}));
     Cookie cookie;
     String group;
     double time = 0, zoom = 0;
@@ -181,9 +182,9 @@ TEST_F(LayoutTest, ALayoutRoundTripsThroughItsFile) {
 
 TEST_F(LayoutTest, DamagedLayoutsAreRefusedWhole) {
     const std::string dir = std::string(NODEDESK_SOURCE_DIR) + "/tests/data/malformed/";
-    for (const char* name : {"layout-no-header.txt", "layout-bad-record.txt", "layout-no-type.txt",
-                             "layout-unknown-type.txt", "layout-outside-section.txt", "layout-huge-size.txt",
-                             "layout-truncated-string.txt"}) {
+    for (const char* name :
+         {"layout-no-header.txt", "layout-bad-record.txt", "layout-no-type.txt", "layout-unknown-type.txt",
+          "layout-outside-section.txt", "layout-huge-size.txt", "layout-truncated-string.txt"}) {
         std::vector<configb> windows(1);
         String error;
         EXPECT_FALSE(ScreenLayout::read(String(dir + name), windows, error)) << name;

@@ -20,19 +20,22 @@
 
 namespace paneltest {
 
-inline const IdStamp kSource1(1, 0, 1), kSource2(1, 0, 2), kBlur(1, 0, 10), kMix(1, 0, 11), kDissolve(1, 0, 20);
+inline const IdStamp kSource1(1, 0, 1), kSource2(1, 0, 2), kBlur(1, 0, 10), kMix(1, 0, 11),
+    kDissolve(1, 0, 20);
 inline const Cookie kEditCookie(Cookie::EditKind, IdStamp(7, 0, 1));
 
 struct PanelTest : ::testing::Test {
     void SetUp() override {
         ensureToolkitApplication();
-        for (const char* key : {FXGraphTool::kZoomPref, FXGraphTool::kTemplatesPref, FXGraphTool::kAutoPositionPref,
-                                FXGraphTool::kSizePref, FXGraphTool::kPositionPref})
+        for (const char* key :
+             {FXGraphTool::kZoomPref, FXGraphTool::kTemplatesPref, FXGraphTool::kAutoPositionPref,
+              FXGraphTool::kSizePref, FXGraphTool::kPositionPref})
             prefs().removePreference(key);
         prefs().setPreference("Video Routing : Orientation", "BottomToTop");
         g.edit->setCookie(kEditCookie);
         g.edit->setName(L"Panel test");
-        g.edit->materials().push_back(EditMaterial{Cookie(Cookie::MaterialKind, IdStamp(3, 0, 1)), L"Bars", "bars", ""});
+        g.edit->materials().push_back(
+            EditMaterial{Cookie(Cookie::MaterialKind, IdStamp(3, 0, 1)), L"Bars", "bars", ""});
         v1 = g.channel(L"V1");
         v2 = g.channel(L"V2");
         auto s1 = g.material(kSource1.c()), s2 = g.material(kSource2.c());

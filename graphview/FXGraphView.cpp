@@ -1,5 +1,5 @@
 // The graph view frame: construction, the coordinate spaces, zoom and centre, scroll bars,
-// orientation, the timer count, the node list's placing and time span, and the notices.
+// orientation and the timer count.
 #include "graphview/FXGraphView.h"
 
 #include <algorithm>
@@ -298,14 +298,6 @@ void FXGraphView::updateScrollbars(bool redraw) {
     }
 }
 
-int FXGraphView::handleMessageEvent(const LightweightString<char>& msg, Glob* from) {
-    if (from && (from == horzScrollBar_ || from == vertScrollBar_)) {
-        handleScrollbarMsg(static_cast<ScrollBar*>(from), msg);
-        return 1;
-    }
-    return StandardPanel::handleMessageEvent(msg, from);
-}
-
 void FXGraphView::handleScrollbarMsg(ScrollBar* bar, const LightweightString<char>& msg) {
     const double w = width(), h = height(), s = physicalScale_;
     const double s0 = calcPhysicalScale(0.0), s1 = calcPhysicalScale(1.0);
@@ -382,91 +374,6 @@ void FXGraphView::setOrientation(Orientation o, bool refit) {
         ensureNodeListVisible(getAllNodes(), RefitIfTooBigAndCentre);
         update();
     }
-}
-
-int FXGraphView::changeOrientation(const NotifyMsg& msg) {
-    WString chosen;
-    if (auto* change = dynamic_cast<MenuData::Change*>(msg.object().get()))
-        chosen = change->getText();
-    const bool equal = chosen == resourceStrW(11779);
-    setOrientation(equal ? LeftToRight : BottomToTop, true);
-    return 0;
-}
-
-// --- notices ----------------------------------------------------------------------------------------
-
-void FXGraphView::handleModifications(const EditModifications& mods, const VobModification& vobMod) {
-    static const EditModificationType kRebuild[] = {kModStructure,    kModEffectApplied, kModRestored,
-                                                    kModNodesRemoved, kModReloaded,      kModChannels,
-                                                    kModNone};
-    const double time = getEditTime();
-    if (!mods.empty() && mods.includesAnyOf(kRebuild)) {
-        morphologyStart_ = morphologyEnd_ = kNoTime;
-        recalcNodeList(false);
-        if (manualPosMode_.getVal())
-            checkForCoincidentNodes();
-        calcMorphologyExtents(time);
-        ensureNodeListVisible(getAllNodes(), RefitIfTooBig);
-        update();
-    } else if (!mods.empty() && mods.includes(18, 5)) {
-        recalcNodeList(false);
-        update();
-    } else if (!mods.empty() && mods.includes(18, 11)) {
-        update();
-    } else if (!mods.empty() && (mods.includes(16, 0) || mods.includes(18, 4))) {
-        drawNodeNames();
-    } else if (vobMod.flags & 0x8000) {
-        NodeUIManagerClient::registerWith(nullptr);
-    } else if (vobMod.flags & 0x20) {
-        setEditFocus(vob(), primaryChan_, true);
-    } else if (vobMod.flags & 0x8) {
-        if (vob() && vob()->anyUnjoinedCuts()) {
-            morphologyStart_ = morphologyEnd_ = kNoTime;
-            recalcNodeList(true);
-        }
-    } else if (vobMod.flags & 0x2) {
-        const bool fast = vob() && vob()->isRecording() && std::abs(TransitStatus::manager().speed()) >= 1024;
-        if (!fast) {
-            const double t = vobMod.time;
-            const bool inside = morphologyStart_ != kNoTime && morphologyEnd_ != kNoTime &&
-                                morphologyStart_ <= t && t <= morphologyEnd_ &&
-                                !(std::fabs(t - morphologyEnd_) < 1e-6);
-            if (inside) {
-                if (vob() && !(vob()->stateWord() & 0x14))
-                    drawStills();
-            } else {
-                recalcNodeList(false);
-                if (manualPosMode_.getVal())
-                    checkForCoincidentNodes();
-                calcMorphologyExtents(t);
-                resetView(RedrawAlways, RefitIfTooBigAndCentre);
-            }
-        }
-    }
-    VobClient::handleModifications(mods, vobMod);
-}
-
-int FXGraphView::handleProjectStateChange(const NotifierEvent<Zk::CurrentProject::ChangeDescription>& event) {
-    if (event.value.flags & Zk::CurrentProject::kLookChanged)
-        draw();
-    else if (event.value.flags & Zk::CurrentProject::kPicturesChanged)
-        drawStills();
-    return 0;
-}
-
-void FXGraphView::newNodeRecNotify(NodeUIRecBase*) {
-    recalcNodeList(true);
-}
-
-void FXGraphView::nodeRecDeletedNotify(NodeUIRecBase*) {}
-
-void FXGraphView::generalUpdateNotify(LightweightString<char> message) {
-    if (message == "GroupUpdateMsg")
-        draw();
-}
-
-void FXGraphView::notifyValChanged(const ValObserverBase&) {
-    updateScrollbars(true);
 }
 
 // --- drops ------------------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 // this frame.
 #pragma once
 
+#include <functional>
 #include <list>
 #include <map>
 #include <unordered_map>
@@ -172,6 +173,8 @@ public:
     void autoTidyNodeRecs(const std::vector<IdStamp>& roots, XY<double> origin);
     // Tidies whenever two view nodes stand on exactly the same point.
     void checkForCoincidentNodes();
+    // The same outcome by comparing every pair, tidying again for each node that shares a point.
+    void checkForCoincidentNodesByScan();
     bool assignPositionFromChannel(FXGraphViewNode* node);
     void assignPositionFromConnections(FXGraphViewNode* node);
     void assignPositionsManual(Vector<FXGraphViewNode*>& nodes, double left, double right, double ySum,
@@ -229,6 +232,22 @@ public:
     void generalUpdateNotify(LightweightString<char> message) override;
     void notifyValChanged(const ValObserverBase& observer) override;
 
+    // --- changes: what the last notice cost, lightest first
+    enum class Refresh { Nothing, Names, Stills, Repaint, Rebuild };
+    static const char* refreshName(Refresh r);
+    // What the view did about the last notice it had.
+    Refresh lastRefresh() const { return lastRefresh_; }
+    // How many notices have taken each refresh since the view was made.
+    unsigned refreshCount(Refresh r) const { return refreshCounts_[static_cast<int>(r)]; }
+    // How many times the node list was actually rebuilt (a rebuild asked for during a loose
+    // connection does not happen).
+    unsigned nodeListBuilds() const { return nodeListBuilds_; }
+    // Told after each notice, with what was done about it.
+    void setRefreshListener(std::function<void(Refresh)> listener) { refreshListener_ = std::move(listener); }
+
+    // --- menu
+    void reviewMenu(const Event* event) override;
+
     // --- drops: effect templates are taken once view nodes can receive them
     bool canAccept(DragDropItem* item, Glob::eDropReason reason) const override;
     bool canAccept(DragDropItemType type, Glob::eDropReason reason) const override;
@@ -250,6 +269,11 @@ private:
     mutable size_t indexedCount_ = 0;
     mutable const FXGraphViewNode* indexedLast_ = nullptr;
     bool indexedRebuild_ = true;
+    void noteRefresh(Refresh r);
+    Refresh lastRefresh_ = Refresh::Nothing;
+    unsigned refreshCounts_[5] = {0, 0, 0, 0, 0};
+    unsigned nodeListBuilds_ = 0;
+    std::function<void(Refresh)> refreshListener_;
 
 protected:
     // The view's state. Gestures, connection drags and fades read and write the fields that the

@@ -58,6 +58,7 @@ void FXGraphView::flushNodeList() {
 void FXGraphView::recalcNodeList(bool notifyGroup) {
     if (draggingIFNode_)
         return; // the list must not change under a connection drag
+    ++nodeListBuilds_;
     if (draggingNode_)
         disableETime();
     canvas()->renderer().setClipRect(getWindowPos());

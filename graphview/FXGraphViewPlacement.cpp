@@ -3,6 +3,8 @@
 // node list holds for.
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <unordered_set>
 
 #include "graphnodes/FXGraphViewNode.h"
 #include "graphview/FXGraphView.h"
@@ -12,15 +14,20 @@
 #include "host/FXEditor.h"
 #include "host/MaterialUsageNode.h"
 
+namespace {
+
+struct PointHash {
+    size_t operator()(const std::pair<double, double>& p) const {
+        return std::hash<double>()(p.first) * 31 + std::hash<double>()(p.second);
+    }
+};
+
+} // namespace
+
 void FXGraphView::tidy() {
     autoTidy();
     ensureNodeListVisible(getAllNodes(), RefitIfTooBigAndCentre);
     update();
-}
-
-int FXGraphView::tidy(const NotifyMsg&) {
-    tidy();
-    return 0;
 }
 
 void FXGraphView::autoTidy() {
@@ -286,7 +293,23 @@ void FXGraphView::rotateNodes(double degrees) {
     }
 }
 
+// The written rule scans every pair and tidies again for each node that still shares its point
+// after the last tidy. A tidy places nodes from the graph alone, so a second tidy writes the
+// positions the first wrote: the outcome is one tidy when any two nodes share a point. That is
+// found here in one pass through a hash of positions; checkForCoincidentNodesByScan keeps the
+// pairwise form for comparison.
 void FXGraphView::checkForCoincidentNodes() {
+    std::unordered_set<std::pair<double, double>, PointHash> seen;
+    seen.reserve(nodes_.size());
+    for (const auto& n : nodes_) {
+        if (!seen.emplace(n->x(), n->y()).second) {
+            autoTidy();
+            return;
+        }
+    }
+}
+
+void FXGraphView::checkForCoincidentNodesByScan() {
     // Exact comparison, no tolerance; the scan goes on after a tidy rather than stopping.
     for (const auto& a : nodes_) {
         for (const auto& b : nodes_) {

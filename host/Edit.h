@@ -53,7 +53,8 @@ public:
     unsigned getChanSubtype(int chan) const;
     WString getChanDisplayName(int chan) const;
     // The same by channel id. fmt bit 1 gives the channel's own name; with bit 2 a channel
-    // without a name is called by its type and number ("A3"). Empty for an unknown channel.
+    // without a name is called by its type and number ("A3"). A node's id names the first
+    // channel whose time line uses the node. Empty for anything else.
     WString getChanDisplayName(const IdStamp& chan, unsigned fmt) const;
     EditChanType getChanType(const IdStamp& chan) const { return getChanType(getIdx(chan)); }
     // The channels of the stereo group that holds chan, in edit order; chan alone when it is in

@@ -1,12 +1,45 @@
 // Stereo groups and display names of channels; the attributes of materials by cookie.
 #include <string>
+#include <unordered_set>
 
 #include "host/Edit.h"
 #include "host/EditInfo.h"
 #include "host/VobManager.h"
 
+namespace {
+
+// Whether the graph below `node` holds a node with that id; `seen` stops at shared nodes.
+bool graphHolds(const FXGraphNodeBase* node, const IdStamp& id,
+                std::unordered_set<const FXGraphNodeBase*>& seen) {
+    if (!node || !seen.insert(node).second)
+        return false;
+    if (node->getId() == id)
+        return true;
+    for (unsigned i = 0; i < node->getNumInputs(); ++i)
+        if (graphHolds(node->input(i).node.get(), id, seen))
+            return true;
+    return false;
+}
+
+} // namespace
+
+// An id that is no channel but a node of the edit's graphs names the first channel whose cel
+// uses that node, as a source clip in a graph is titled by the track it lies on.
 WString Edit::getChanDisplayName(const IdStamp& chan, unsigned fmt) const {
     int idx = getIdx(chan);
+    if (idx < 0 && chan.valid() && findNode(chan)) {
+        for (int c = 0; c < numChans() && idx < 0; ++c) {
+            const Zk::Ptr<Cel>& cel = chans_[static_cast<size_t>(c)].cel;
+            if (!cel)
+                continue;
+            std::unordered_set<const FXGraphNodeBase*> seen;
+            for (const CelEvent& e : cel->events())
+                if (graphHolds(e.node.get(), chan, seen)) {
+                    idx = c;
+                    break;
+                }
+        }
+    }
     if (idx < 0)
         return WString();
     WString name = (fmt & 1) ? chans_[static_cast<size_t>(idx)].name : WString();

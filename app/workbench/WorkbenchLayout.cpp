@@ -5,7 +5,8 @@
 #include "host/ScreenLayout.h"
 #include "panels/FXGraphTool.h"
 
-WorkbenchLayout::WorkbenchLayout() {
+WorkbenchLayout::WorkbenchLayout(const std::string& path)
+    : path_(path.empty() ? ScreenLayout::defaultPath().str() : path) {
     ScreenLayout::registerMaker(FXGraphTool::getUITypeString(), FXGraphTool::make);
     // The workbench window is made by the program itself; its record is only read here.
     ScreenLayout::registerMaker("Workbench", [](GlobCreationInfo*) { return static_cast<Glob*>(nullptr); });
@@ -18,7 +19,7 @@ WorkbenchLayout::~WorkbenchLayout() {
 bool WorkbenchLayout::read(std::string& error) {
     std::vector<configb> windows;
     String message;
-    if (!ScreenLayout::read(ScreenLayout::defaultPath(), windows, message)) {
+    if (!ScreenLayout::read(String(path_), windows, message)) {
         error = message.str();
         return false;
     }
@@ -35,7 +36,7 @@ bool WorkbenchLayout::read(std::string& error) {
         configb view;
         if (c.in("VIEW", viewText) == 0 && !viewText.empty()) {
             if (!configb::fromText(viewText, view, why)) {
-                error = ScreenLayout::defaultPath().str() + ": the workbench's view: " + why.str();
+                error = path_ + ": the workbench's view: " + why.str();
                 others_.clear();
                 return false;
             }
@@ -62,9 +63,9 @@ void WorkbenchLayout::restoreOthers() const {
     ScreenLayout::restore(others_);
 }
 
-bool WorkbenchLayout::save(std::string& error) {
+bool WorkbenchLayout::save(std::string& error) const {
     String message;
-    if (!ScreenLayout::save(ScreenLayout::defaultPath(), message)) {
+    if (!ScreenLayout::save(String(path_), message)) {
         error = message.str();
         return false;
     }

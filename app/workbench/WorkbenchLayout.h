@@ -13,14 +13,16 @@ class Vob;
 class Workbench;
 struct GlobCreationInfo;
 
-// The layout lives in the configuration folder (ScreenLayout::defaultPath). The workbench's own
+// The layout lives in the configuration folder (ScreenLayout::defaultPath) unless a path is
+// given. The workbench's own
 // record gives its window's place and size and, under "VIEW", the record of the graph tool it
 // holds, from which the tool is made again with its saved zoom; the records of other windows
 // make those windows again. A damaged file is reported in one line and the workbench starts as
 // if there were none.
 class WorkbenchLayout {
 public:
-    WorkbenchLayout();
+    // path "" is the default file.
+    explicit WorkbenchLayout(const std::string& path = std::string());
     ~WorkbenchLayout();
     // Reads the file; false (with the one-line message in error) when it was damaged.
     bool read(std::string& error);
@@ -32,9 +34,11 @@ public:
     // Makes the other saved windows.
     void restoreOthers() const;
     // Writes the layout of every persistable window; false with a message when it can't.
-    static bool save(std::string& error);
+    bool save(std::string& error) const;
+    const std::string& path() const { return path_; }
 
 private:
+    std::string path_;
     std::optional<configb> workbench_;
     std::optional<configb> view_;
     std::vector<configb> others_;

@@ -26,7 +26,7 @@ namespace {
 
 const char kUsage[] =
     "usage: nodedesk-workbench [EDIT] [--time T] [--headless --snapshot FILE.png] [--size WxH] "
-    "[--dump-view FILE.json]";
+    "[--dump-view FILE.json] [--layout FILE]";
 
 // The usage line with the routing panel's flags.
 std::string usageLine() {
@@ -73,6 +73,7 @@ int main(int argc, char** argv) {
     std::string snapshot;
     std::string dumpPath;
     std::string editPath;
+    std::string layoutPath;
     double time = NAN;
     int w = 900, h = 600;
     bool sizeGiven = false;
@@ -86,7 +87,7 @@ int main(int argc, char** argv) {
             headless = true;
             continue;
         }
-        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view") {
+        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view" || a == "--layout") {
             if (i + 1 >= argc)
                 return fail(a + " needs a value; " + usageLine());
             const std::string v = argv[++i];
@@ -94,6 +95,10 @@ int main(int argc, char** argv) {
                 if (v.empty())
                     return fail("--snapshot needs a file name");
                 snapshot = v;
+            } else if (a == "--layout") {
+                if (v.empty())
+                    return fail("--layout needs a file name");
+                layoutPath = v;
             } else if (a == "--dump-view") {
                 if (v.empty())
                     return fail("--dump-view needs a file name");
@@ -138,8 +143,9 @@ int main(int argc, char** argv) {
 
     ensureToolkitApplication();
     // The screen layout of the last interactive session: windows, places, sizes, the view's zoom.
-    WorkbenchLayout layout;
-    if (!headless) {
+    // Headless runs read a layout only when given one, and never write one.
+    WorkbenchLayout layout(layoutPath);
+    if (!headless || !layoutPath.empty()) {
         std::string layoutError;
         if (!layout.read(layoutError))
             std::fprintf(stderr, "nodedesk-workbench: layout ignored: %s\n", layoutError.c_str());
@@ -195,9 +201,9 @@ int main(int argc, char** argv) {
     if (!headless && rc == 0) {
         // The layout is written as the workbench closes, while its windows are all still there.
         bool saved = false;
-        auto saveLayout = [&saved] {
+        auto saveLayout = [&saved, &layout] {
             std::string layoutError;
-            if (!saved && !WorkbenchLayout::save(layoutError))
+            if (!saved && !layout.save(layoutError))
                 std::fprintf(stderr, "nodedesk-workbench: %s\n", layoutError.c_str());
             saved = true;
         };

@@ -132,23 +132,28 @@ void FXGraphTool::toggleTemplates() {
     Drawable::disableRedraws();
     showTemplates_ = !showTemplates_;
     prefs().setPreference(kTemplatesPref, showTemplates_);
-    const int b = getBorder().getSize();
+    // A floating panel grows and shrinks by the list, so that the view keeps its size; a docked
+    // one keeps the size its parent gave it, and the view gives or takes the list's width.
+    const int b = isChildGlob() ? 0 : getBorder().getSize();
+    const auto listWidth = [&] { return isChildGlob() || !templatesList_ ? 0 : templatesList_->width(); };
     if (showTemplates_) {
         initTemplatesListUI();
-        resize(width() + (templatesList_ ? templatesList_->width() : 0) + b, height());
+        resize(width() + listWidth() + b, height());
     } else if (templatesList_) {
         DDVideoEffectsList* list = templatesList_;
         removeWidget(list, false);
-        resize(width() - b - templatesList_->width(), height());
+        resize(width() - b - listWidth(), height());
         delete templatesList_;
         templatesList_ = nullptr;
     }
     resize(width(), height());
     makeCanvasCurrent();
-    if (view_)
-        view_->update();
     update();
     Drawable::enableRedraws();
+    // The view moved and changed size. Its connections are drawn between the node boxes as last
+    // drawn, so a first drawing would leave them where the view stood before; the second is true.
+    drawMainArea();
+    drawMainArea();
 }
 
 void FXGraphTool::handleNodeCommand(const LightweightString<char>& command, EditGraphIterator& it) {

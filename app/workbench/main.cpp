@@ -172,8 +172,14 @@ int main(int argc, char** argv) {
     auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
     bench->addStandardWidgets(StandardPanel::MenuButton);
     routing->addToggleTo(bench);
-    if (graph && !layout.restoresView())
+    if (graph && !layout.restoresView()) {
         fitGraph(*graph);
+    } else if (graph) {
+        // The tool keeps the saved centre without applying it; the workbench puts the view back
+        // where it was.
+        graph->setViewCentre(FXGraphTool::savedCentreX(), FXGraphTool::savedCentreY());
+        graph->update();
+    }
     if (!dumpPath.empty()) {
         // What a person would see: the stills, boxes and flags of a drawn view.
         processToolkitEvents();

@@ -72,6 +72,20 @@ TEST_F(PanelTest, ToggleTemplatesAnswersZeroAndKeepsTheViewSize) {
     EXPECT_TRUE(prefs().getPreference(FXGraphTool::kTemplatesPref, false));
 }
 
+TEST_F(PanelTest, ADockedPanelKeepsItsSizeAndTheViewTakesTheList) {
+    Glob parent{GlobCreationInfo(900, 700)};
+    auto* docked = new FXGraphTool(FXGraphTool::InitArgs(800, 500, vob.get()));
+    parent.addChild(docked, Glob::BottomLeft(0, 0));
+    const int listWidth = docked->templatesList()->width();
+    const int viewWidth = docked->view()->width();
+    docked->handleMessageEvent("ToggleTemplates", nullptr);
+    EXPECT_EQ(docked->width(), 800);
+    EXPECT_EQ(docked->view()->width(), viewWidth + listWidth + docked->getBorder().getSize());
+    docked->handleMessageEvent("ToggleTemplates", nullptr);
+    EXPECT_EQ(docked->width(), 800);
+    EXPECT_EQ(docked->view()->width(), viewWidth);
+}
+
 TEST_F(PanelTest, OrientationMenuTurnsTheView) {
     FXGraphTool& p = open();
     p.orientationMenu()->choose(0);

@@ -164,6 +164,7 @@ void FXGraphTool::handleNodeCommand(const LightweightString<char>& command, Edit
         openTemplatePane(it);
     } else if (command == "remove_utr") {
         if (panelVob && panelVob == Vob::getRecordMachine()) {
+            // A recording machine's transport re-reads the graph, as after a wiring change.
             if (panelVob->isRecording())
                 TransitStatus::manager().graphChanged();
             EasyBackup step(getEdit());

@@ -21,8 +21,16 @@
 #include "host/FXGraphNodeBase.h"
 #include "host/Vector.h"
 
+// The text form, for positions carried in text messages: "<edit cookie>;<root channel>;<time>;
+// <options>;<id>,<id>,...", the path from the root. An edit is found again by its cookie among
+// the open edits (VobManager); text that doesn't read, or names no open edit, gives a state
+// without a path, whose iterator is not valid.
 class EditGraphIteratorState {
 public:
+    EditGraphIteratorState() = default;
+    explicit EditGraphIteratorState(const LightweightString<char>& text);
+    String asString() const;
+
     EditPtr edit;
     std::vector<IdStamp> path; // node ids from the root
     IdStamp rootChan;
@@ -38,6 +46,9 @@ public:
     explicit EditGraphIterator(int options = 0);
     EditGraphIterator(const EditPtr& edit, int chanIndex, const double& time, int options);
     EditGraphIterator(const EditPtr& edit, const IdStamp& chan, const double& time, int options);
+    // From the text form of asString (that of its state); not valid when the text doesn't read.
+    explicit EditGraphIterator(const LightweightString<char>& text);
+    String asString() const { return getState().asString(); }
 
     bool isValid() const { return !path_.empty(); }
     int depth() const { return static_cast<int>(path_.size()) - 1; }
@@ -59,6 +70,9 @@ public:
     const EditPtr& getEditH() const { return edit_; }
     EditPtr getCurrentPosEdit() const;
     NumRange<double, Ordered> getRange(int index, CelEventPair::eRangeType type) const;
+    // Where the walk's time lies within the current entry's event, from 0 at its start to 1 at
+    // its end; 0 for an invalid iterator or an empty event.
+    double getCompoundAlpha() const;
     // True when the current node is a compound effect, whose inputs lead into its inner edit.
     bool isCompoundEffectHead() const;
     // Steps back to the compound effect that holds the current entry; false, with the path

@@ -8,6 +8,7 @@
 Workbench::Workbench(int width, int height) : StandardPanel(StandardPanel::InitArgs(width, height)) {
     setResizable(true);
     setMovable(true);
+    setPersistable(true);
     setTitle(UIString(L"nodedesk"));
     addStandardWidgets(CloseButton);
     setView(nullptr);
@@ -22,8 +23,13 @@ Zk::Box<int> Workbench::viewArea() const {
     return ua;
 }
 
+Workbench::~Workbench() {
+    if (auto f = std::move(onClose_))
+        f();
+}
+
 void Workbench::setView(const ViewMaker& maker) {
-    if (view_)
+    if (view_ && is_good_glob_ptr(view_))
         removeWidget(view_, true);
     const Zk::Box<int> area = viewArea();
     GlobCreationInfo info(area.width(), area.height());
@@ -66,6 +72,8 @@ void Workbench::dockLeft(Glob* side) {
 }
 
 void Workbench::layout() {
+    if (view_ && !is_good_glob_ptr(view_))
+        view_ = nullptr; // closed from its own title row
     const Zk::Box<int> ua = getUserArea();
     if (timeline_) {
         timeline_->setPos(ua.x1, ua.y1);
@@ -82,6 +90,15 @@ void Workbench::layout() {
         const Zk::Box<int> v = viewArea();
         view_->setPos(v.x1, v.y1);
         view_->setDimensions(v.width(), v.height());
+    }
+}
+
+void Workbench::dump(configb& c) {
+    Glob::dump(c);
+    if (view_ && is_good_glob_ptr(view_) && view_->isPersistable()) {
+        configb view;
+        view_->dump(view);
+        c.set("VIEW", view.toText());
     }
 }
 

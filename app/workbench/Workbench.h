@@ -13,6 +13,9 @@ public:
     using ViewMaker = std::function<Glob*(const GlobCreationInfo& info)>;
 
     Workbench(int width, int height);
+    ~Workbench() override;
+    // Runs once, as the window closes, before anything of it goes.
+    void setOnClose(std::function<void()> f) { onClose_ = std::move(f); }
     const char* idstring() const override { return "Workbench"; }
 
     // Replaces the view; a null maker puts back the welcome view.
@@ -27,6 +30,9 @@ public:
     void dockLeft(Glob* side);
     Glob* docked() const { return docked_; }
     void resize(double w, double h) override;
+    // The window's record, and under "VIEW" the text of its view's own record when the view
+    // keeps one (a persistable view).
+    void dump(configb& c) override;
 
 private:
     // The user area left to the view: above the time line, right of the docked widget.
@@ -37,4 +43,5 @@ private:
     Glob* timeline_ = nullptr;
     Glob* docked_ = nullptr;
     int timelineHeight_ = 0;
+    std::function<void()> onClose_;
 };

@@ -11,12 +11,13 @@
 #include <vector>
 
 #include "app/workbench/RoutingWindow.h"
-#include "app/workbench/TimelineView.h"
-#include "app/workbench/TimesList.h"
 #include "app/workbench/ScriptRunner.h"
 #include "app/workbench/TemplateList.h"
+#include "app/workbench/TimelineView.h"
+#include "app/workbench/TimesList.h"
 #include "app/workbench/ViewDump.h"
 #include "app/workbench/Workbench.h"
+#include "app/workbench/WorkbenchLayout.h"
 #include "graphview/FXGraphView.h"
 #include "host/Edit.h"
 #include "host/EffectTemplateManager.h"
@@ -25,13 +26,16 @@
 #include "host/UIString.h"
 #include "host/Vob.h"
 #include "host/VobManager.h"
+#include "panels/FXGraphTool.h"
 #include "refhost/edit/AnyEditFile.h"
 
 namespace {
 
 const char kUsage[] =
     "usage: nodedesk-workbench [EDIT] [--time T] [--headless --snapshot FILE.png] [--size WxH] "
-    "[--dump-view FILE.json] [--times T1,T2,... --snapshot-each DIR] [--script FILE.json [--snapshot-each DIR]]";
+    "[--dump-view FILE.json] [--times T1,T2,... --snapshot-each DIR] [--script FILE.json [--snapshot-each "
+    "DIR]] "
+    "[--layout FILE]";
 
 // The usage line with the routing panel's flags.
 std::string usageLine() {
@@ -87,9 +91,11 @@ int main(int argc, char** argv) {
     std::string editPath;
     std::vector<double> times;
     std::string snapshotEach;
+    std::string scriptPath;
+    std::string layoutPath;
     double time = NAN;
     int w = 900, h = 600;
-    std::string scriptPath;
+    bool sizeGiven = false;
     for (int i = 1; i < argc; ++i) {
         const std::string a = argv[i];
         if (a == "--help" || a == "-h") {
@@ -113,7 +119,8 @@ int main(int argc, char** argv) {
             }
             continue;
         }
-        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view" || a == "--script") {
+        if (a == "--snapshot" || a == "--size" || a == "--time" || a == "--dump-view" || a == "--script" ||
+            a == "--layout") {
             if (i + 1 >= argc)
                 return fail(a + " needs a value; " + usageLine());
             const std::string v = argv[++i];
@@ -125,6 +132,10 @@ int main(int argc, char** argv) {
                 if (v.empty())
                     return fail("--script needs a file name");
                 scriptPath = v;
+            } else if (a == "--layout") {
+                if (v.empty())
+                    return fail("--layout needs a file name");
+                layoutPath = v;
             } else if (a == "--dump-view") {
                 if (v.empty())
                     return fail("--dump-view needs a file name");
@@ -134,6 +145,7 @@ int main(int argc, char** argv) {
                 if (std::sscanf(v.c_str(), "%dx%d%n", &w, &h, &used) != 2 ||
                     used != static_cast<int>(v.size()) || w < 200 || h < 150 || w > 8000 || h > 8000)
                     return fail("--size takes WIDTHxHEIGHT from 200x150 to 8000x8000, not '" + v + "'");
+                sizeGiven = true;
             } else {
                 char* end = nullptr;
                 time = std::strtod(v.c_str(), &end);
@@ -189,6 +201,22 @@ int main(int argc, char** argv) {
     vob->storeCurrentTime(std::isnan(time) ? edit->getStartTime() : time);
 
     ensureToolkitApplication();
+    // The screen layout of the last interactive session: windows, places, sizes, the view's zoom.
+    // Headless runs read a layout only when given one, and never write one.
+    WorkbenchLayout layout(layoutPath);
+    if (!headless || !layoutPath.empty()) {
+        std::string layoutError;
+        if (!layout.read(layoutError))
+            std::fprintf(stderr, "nodedesk-workbench: layout ignored: %s\n", layoutError.c_str());
+    }
+    XY<int> place = glib_getPosForWindow(w, h);
+    if (auto saved = layout.workbench(); saved && !sizeGiven) {
+        saved->in("W", w);
+        saved->in("H", h);
+        place = glib_getPosForWindow(w, h);
+        saved->in("X", place.x);
+        saved->in("Y", place.y);
+    }
     auto* bench = new Workbench(w, h);
     bench->setTitle(UIString(L"nodedesk \u2014 " + edit->name().str()));
     // The time line first, so that the graph takes the room above it.
@@ -198,9 +226,9 @@ int main(int argc, char** argv) {
         TimelineView::preferredHeight(*edit));
     FXGraphView* graph = nullptr;
     bench->setView([&](const GlobCreationInfo& info) -> Glob* {
-        FXGraphView::InitArgs args(info.width, info.height, vob.get(), 1);
-        args.palette = info.palette;
-        return graph = new FXGraphView(args);
+        FXGraphTool* tool = layout.makeTool(info, vob.get());
+        graph = tool->view();
+        return tool;
     });
     if (timeline) {
         timeline->watch(graph);
@@ -211,8 +239,9 @@ int main(int argc, char** argv) {
                 fitGraph(*graph);
         });
     }
-    Glob::setupRootPos(bench->canvas(), glib_getPosForWindow(w, h));
+    Glob::setupRootPos(bench->canvas(), place);
     GlobManager::instance().realize(bench);
+    layout.restoreOthers();
     auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
     bench->addStandardWidgets(StandardPanel::MenuButton);
     routing->addToggleTo(bench);
@@ -220,8 +249,14 @@ int main(int argc, char** argv) {
     listInfo.palette = bench->getPalette();
     auto* templates = new TemplateList(listInfo, kVideoChan);
     bench->dockLeft(templates);
-    if (graph)
+    if (graph && !layout.restoresView()) {
         fitGraph(*graph);
+    } else if (graph) {
+        // The tool keeps the saved centre without applying it; the workbench puts the view back
+        // where it was.
+        graph->setViewCentre(FXGraphTool::savedCentreX(), FXGraphTool::savedCentreY());
+        graph->update();
+    }
     if (!dumpPath.empty()) {
         // What a person would see: the stills, boxes and flags of a drawn view.
         processToolkitEvents();
@@ -272,7 +307,20 @@ int main(int argc, char** argv) {
         if (rc != ScriptRunner::Played)
             std::fprintf(stderr, "nodedesk-workbench: %s: %s\n", scriptPath.c_str(), error.c_str());
     } else if (!headless && rc == 0) {
+        // The layout is written as the workbench closes, while its windows are all still there.
+        bool saved = false;
+        auto saveLayout = [&saved, &layout] {
+            std::string layoutError;
+            if (!saved && !layout.save(layoutError))
+                std::fprintf(stderr, "nodedesk-workbench: %s\n", layoutError.c_str());
+            saved = true;
+        };
+        bench->setOnClose(saveLayout);
         rc = runToolkitApplication();
+        if (is_good_glob_ptr(bench)) {
+            saveLayout();
+            bench->setOnClose(nullptr);
+        }
     }
     routing.reset();
     GlobManager::instance().destroyAll();

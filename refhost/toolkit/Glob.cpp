@@ -163,12 +163,12 @@ Glob::~Glob() {
     GlobManager::instance().forget(this);
     if (Glib::currentRenderer() == &canvas_->renderer())
         Glib::setCurrentRenderer(nullptr);
+    // A child goes while it still knows its parent, so that its own destructor can tell that it
+    // was docked; the parent's list is already empty, so it unlinks from nothing.
     std::vector<Glob*> kids;
     kids.swap(children_);
-    for (Glob* c : kids) {
-        c->parent_ = nullptr;
+    for (Glob* c : kids)
         delete c;
-    }
     if (parent_) {
         auto& sib = parent_->children_;
         sib.erase(std::remove(sib.begin(), sib.end(), this), sib.end());

@@ -49,7 +49,12 @@ public:
     WString rowText(int row);
     // The row under a point of the widget, or -1.
     int rowAt(const XY<int>& pos);
+    // The first template row whose text is name, -1 when none is.
+    int rowOf(const WString& name);
+    // The middle of a row, in the widget's pixels, as the list is scrolled now.
+    XY<int> rowCentre(int row) const;
     int selectedRow() const { return selected_; }
+    int pressedRow() const { return pressed_; }
     bool isFolded(int category) const;
     // The drag item of a template row; null for a heading or a row out of range.
     Zk::Ptr<DragDropItem> makeDragItem(int row);

@@ -1,5 +1,6 @@
 // ScriptRunner: scripted sessions on the workbench, delivered as window-system events.
 #include "app/workbench/ScriptRunner.h"
+#include "host/EffectsBrowser.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
@@ -8,7 +9,6 @@
 #include <cstdio>
 #include <string>
 
-#include "app/workbench/TemplateList.h"
 #include "app/workbench/Workbench.h"
 #include "graphnodes/FXGraphViewNode.h"
 #include "graphview/FXGraphView.h"
@@ -162,7 +162,7 @@ bool ScriptRunner::play(const ScriptStep& step, std::string& why) {
         return true;
     }
     case ScriptStep::Drop: {
-        TemplateList* list = t_.templates;
+        EffectsBrowser* list = t_.templates;
         const int row = list ? list->rowOf(toWide(String(step.text.c_str()))) : -1;
         if (row < 0) {
             why = "no template \"" + step.text + "\" in the list to drag from";

@@ -10,7 +10,7 @@
 
 class FXGraphView;
 class Glob;
-class TemplateList;
+class EffectsBrowser;
 class Vob;
 class Workbench;
 
@@ -19,7 +19,8 @@ public:
     struct Targets {
         Workbench* bench = nullptr;
         FXGraphView* view = nullptr;
-        TemplateList* templates = nullptr;
+        // The effect graph tool's template list, when it is shown.
+        EffectsBrowser* templates = nullptr;
         Vob* vob = nullptr;
     };
     // Exit codes of a run.

@@ -12,7 +12,6 @@
 
 #include "app/workbench/RoutingWindow.h"
 #include "app/workbench/ScriptRunner.h"
-#include "app/workbench/TemplateList.h"
 #include "app/workbench/TimelineView.h"
 #include "app/workbench/TimesList.h"
 #include "app/workbench/ViewDump.h"
@@ -26,6 +25,7 @@
 #include "host/UIString.h"
 #include "host/Vob.h"
 #include "host/VobManager.h"
+#include "panels/DDVideoEffectsList.h"
 #include "panels/FXGraphTool.h"
 #include "refhost/edit/AnyEditFile.h"
 
@@ -245,10 +245,6 @@ int main(int argc, char** argv) {
     auto routing = std::make_unique<RoutingWindow>(vob.get(), bench);
     bench->addStandardWidgets(StandardPanel::MenuButton);
     routing->addToggleTo(bench);
-    GlobCreationInfo listInfo(160, 0);
-    listInfo.palette = bench->getPalette();
-    auto* templates = new TemplateList(listInfo, kVideoChan);
-    bench->dockLeft(templates);
     if (graph && !layout.restoresView()) {
         fitGraph(*graph);
     } else if (graph) {
@@ -302,6 +298,8 @@ int main(int argc, char** argv) {
     if (!scriptPath.empty() && rc == 0) {
         // A scripted session ends with its last step.
         std::string error;
+        auto* tool = dynamic_cast<FXGraphTool*>(bench->view());
+        EffectsBrowser* templates = tool ? tool->templatesList() : nullptr;
         ScriptRunner runner({bench, graph, templates, vob.get()}, snapshotEach);
         rc = runner.run(script, error);
         if (rc != ScriptRunner::Played)

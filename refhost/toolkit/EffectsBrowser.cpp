@@ -114,6 +114,19 @@ int EffectsBrowser::rowAt(const XY<int>& pos) {
     return index < static_cast<int>(rows_.size()) ? index : -1;
 }
 
+int EffectsBrowser::rowOf(const WString& name) {
+    ensureRows();
+    for (size_t i = 0; i < rows_.size(); ++i)
+        if (rows_[i].templ >= 0 && rowText(static_cast<int>(i)) == name)
+            return static_cast<int>(i);
+    return -1;
+}
+
+XY<int> EffectsBrowser::rowCentre(int row) const {
+    const int h = UifStd::getRowHeight();
+    return XY<int>(width() / 2, height() + scroll_ - row * h - h / 2);
+}
+
 Zk::Ptr<DragDropItem> EffectsBrowser::makeDragItem(int row) {
     ensureRows();
     if (row < 0 || static_cast<size_t>(row) >= rows_.size() || rows_[static_cast<size_t>(row)].templ < 0)

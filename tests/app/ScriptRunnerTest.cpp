@@ -169,7 +169,7 @@ TEST(ScriptRunner, DropsUndoRedoAndSaveChangeTheEditAsAPersonWould) {
     const std::string dir = scratch("save");
     const std::string script = writeScript(dir, R"({"steps": [
         {"do": "save", "path": ")" + dir + R"(/before.edit.json"},
-        {"do": "drop", "template": "Key", "at": [361, 290]},
+        {"do": "drop", "template": "Key", "at": [289, 206]},
         {"do": "expect-connection", "from": "Colour correction", "to": "Key", "input": 0},
         {"do": "save", "path": ")" + dir + R"(/after.edit.json"},
         {"do": "undo"},
@@ -177,8 +177,8 @@ TEST(ScriptRunner, DropsUndoRedoAndSaveChangeTheEditAsAPersonWould) {
         {"do": "redo"},
         {"do": "save", "path": ")" + dir + R"(/redone.edit.json"},
         {"do": "time", "seconds": 3},
-        {"do": "press", "at": [361, 180]}, {"do": "move", "at": [420, 200]},
-        {"do": "release", "at": [420, 200]},
+        {"do": "press", "at": [289, 129]}, {"do": "move", "at": [350, 150]},
+        {"do": "release", "at": [350, 150]},
         {"do": "key-down", "key": "shift"}, {"do": "key-up", "key": "shift"}]})");
     ProgramRun r = workbench("chain.edit.json", "--script " + script);
     ASSERT_EQ(r.code, 0) << r.out;

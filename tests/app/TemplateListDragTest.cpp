@@ -1,4 +1,4 @@
-// Dragging a template from the workbench's template list onto a graph view with the window
+// Dragging a template from the graph tool's template list onto a graph view with the window
 // system's own mouse events: the drag starts beyond the click tolerance, the preview follows the
 // pointer over the view and goes when the pointer leaves, and the release drops the template.
 #include <gtest/gtest.h>
@@ -7,7 +7,6 @@
 #include <QMouseEvent>
 #include <string>
 
-#include "app/workbench/TemplateList.h"
 #include "graphview/FXGraphView.h"
 #include "host/DragDropManager.h"
 #include "host/EditorPreferences.h"
@@ -15,6 +14,7 @@
 #include "host/ToolkitApp.h"
 #include "host/Vob.h"
 #include "host/VobManager.h"
+#include "panels/DDVideoEffectsList.h"
 #include "refhost/edit/EditFile.h"
 #include "refhost/toolkit/GlobImpl.h"
 
@@ -34,7 +34,7 @@ struct DragFixture : ::testing::Test {
         GlobManager::instance().realize(view);
         view->ensureNodeListVisible(view->getAllNodes(), RefitIfTooBigAndCentre);
         view->draw();
-        list = new TemplateList(GlobCreationInfo(160, 400), kVideoChan);
+        list = new DDVideoEffectsList(DDVideoEffectsList::InitArgs(vob.get(), 1, 0, 160, 500));
         Glob::setupRootPos(list->canvas(), XY<int>(100, 100));
         GlobManager::instance().realize(list);
     }
@@ -55,7 +55,7 @@ struct DragFixture : ::testing::Test {
         QMouseEvent e(type, q, global, button, held, mods);
         QCoreApplication::sendEvent(list->impl().widget, &e);
     }
-    XY<int> onRow(const wchar_t* name) const {
+    XY<int> onRow(const wchar_t* name) {
         const XY<int> c = list->rowCentre(list->rowOf(name));
         return XY<int>(list->getPosition().x + c.x, list->getPosition().y + c.y);
     }
@@ -71,7 +71,7 @@ struct DragFixture : ::testing::Test {
     EditPtr edit;
     Zk::Ptr<Vob> vob;
     FXGraphView* view = nullptr;
-    TemplateList* list = nullptr;
+    DDVideoEffectsList* list = nullptr;
 };
 
 TEST_F(DragFixture, PressMoveAndReleaseDropATemplateOnTheView) {

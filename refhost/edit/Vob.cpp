@@ -269,6 +269,10 @@ void VobManager::close(VobClient* client, bool dropIfUnused) {
 void VobManager::closeEdit(const EditPtr& edit) {
     if (!edit)
         return;
+    // Views leave the managers stored in the edit before those go with it.
+    for (const auto& v : vobs_)
+        if (v->edit() == edit)
+            v->setChangeDescription(EditModifications(), VobModification(0x8000));
     // Objects stored in the edit hold the edit in turn; closing it lets both go.
     edit->setPublisher(nullptr);
     edit->clearObjects();

@@ -234,6 +234,15 @@ TEST_F(ChangesFixture, ProjectAndManagerNotices) {
     EXPECT_EQ(view->refreshCount(Refresh::Repaint), repaints + 1);
 }
 
+TEST_F(ChangesFixture, ClosingTheEditTakesItsViewsOffTheirManager) {
+    auto manager = NodeUIPosManager::getManagerFor(g.edit);
+    ASSERT_TRUE(manager);
+    const unsigned repaints = view->refreshCount(Refresh::Repaint);
+    VobManager::instance().closeEdit(g.edit);
+    manager->sendGeneralUpdateNotification("GroupUpdateMsg");
+    EXPECT_EQ(view->refreshCount(Refresh::Repaint), repaints) << "the view no longer hears the manager";
+}
+
 TEST_F(ChangesFixture, ANewRecordRebuildsEveryViewOnTheManager) {
     HoldingView other(FXGraphView::InitArgs(400, 300, vob.get(), 1));
     other.draw();

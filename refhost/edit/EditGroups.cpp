@@ -49,8 +49,10 @@ WString Edit::getChanDisplayName(const IdStamp& chan, unsigned fmt) const {
     for (int i = 0; i <= idx; ++i)
         if (chans_[static_cast<size_t>(i)].type == chans_[static_cast<size_t>(idx)].type)
             ++number;
-    std::string s =
-        (chans_[static_cast<size_t>(idx)].type == kAudioChan ? "A" : "V") + std::to_string(number);
+    // Appended rather than prefixed: GCC's -O3 sees a prefix insert into a fresh string as a
+    // possible overlapping copy (-Wrestrict) where there is none.
+    std::string s(1, chans_[static_cast<size_t>(idx)].type == kAudioChan ? 'A' : 'V');
+    s += std::to_string(number);
     return toWide(String(s));
 }
 

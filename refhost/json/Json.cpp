@@ -1,13 +1,43 @@
-// A strict JSON reader (RFC 8259) with positions, and a writer.
+// The document model, read through RapidJSON's event reader and written with its token writer.
 #include "refhost/json/Json.h"
 
-#include "host/LightweightString.h"
-#include "refhost/core/TextQuote.h"
+#include <rapidjson/reader.h>
+#include <rapidjson/writer.h>
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
+
+namespace {
+
+// The text as RapidJSON reads it: a NUL past the end, never a read beyond it. Copied into each
+// string and number parse, so that the reader's own stream still stands at the token's first
+// byte when the handler is told of the token.
+struct TextStream {
+    using Ch = char;
+    const char* begin;
+    const char* src;
+    const char* end;
+
+    char Peek() const { return src == end ? '\0' : *src; }
+    char Take() { return src == end ? '\0' : *src++; }
+    size_t Tell() const { return static_cast<size_t>(src - begin); }
+    char* PutBegin() { return nullptr; }
+    void Put(char) {}
+    void Flush() {}
+    size_t PutEnd(char*) { return 0; }
+};
+
+} // namespace
+
+namespace rapidjson {
+template <>
+struct StreamTraits<TextStream> {
+    enum { copyOptimization = 1 };
+};
+} // namespace rapidjson
 
 namespace json {
 
@@ -62,9 +92,11 @@ const Value::Members& Value::members() const {
 }
 
 const Value* Value::find(const std::string& key) const {
-    for (const auto& m : members())
-        if (m.first == key)
-            return &m.second;
+    // A repeated name counts once, with its last value, as a reader that assigns would see it.
+    const Members& ms = members();
+    for (auto m = ms.rbegin(); m != ms.rend(); ++m)
+        if (m->first == key)
+            return &m->second;
     return nullptr;
 }
 
@@ -89,302 +121,251 @@ Value& Value::set(const std::string& key, Value v) {
     return members.back().second;
 }
 
+void Value::setItems(Items items) {
+    data_ = std::move(items);
+}
+void Value::setMembers(Members members) {
+    data_ = std::move(members);
+}
+
 namespace {
 
-class Reader {
+// Builds the document from the reader's events, each value in place at its parent's end.
+class Builder {
 public:
-    Reader(const std::string& t, ParseError& e) : text_(t), err_(e) {}
+    Builder(const std::string& text, TextStream& stream) : text_(text), stream_(stream) {}
 
-    bool document(Value& out) {
-        skipSpace();
-        if (!value(out, 0))
+    bool Null() { return add(Value(), literalStart(4)); }
+    bool Bool(bool b) { return add(Value::boolean(b), literalStart(b ? 4 : 5)); }
+    bool Int(int i) { return add(Value::number(i), stream_.Tell()); }
+    bool Uint(unsigned u) { return add(Value::number(u), stream_.Tell()); }
+    bool Int64(int64_t i) { return add(Value::number(static_cast<double>(i)), stream_.Tell()); }
+    bool Uint64(uint64_t u) { return add(Value::number(static_cast<double>(u)), stream_.Tell()); }
+    bool Double(double d) {
+        if (!std::isfinite(d))
+            return fault(stream_.Tell(), "number out of range");
+        return add(Value::number(d), stream_.Tell());
+    }
+    bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
+    bool String(const char* s, rapidjson::SizeType n, bool) {
+        if (!checkSurrogates(s, n))
             return false;
-        skipSpace();
-        if (pos_ < text_.size())
-            return fail("expected the end of the document");
+        return add(Value::string(std::string(s, n)), stream_.Tell());
+    }
+    bool Key(const char* s, rapidjson::SizeType n, bool) {
+        if (!checkSurrogates(s, n))
+            return false;
+        open_.back().key.assign(s, n);
         return true;
     }
+    bool StartObject() { return start(Value::Object); }
+    bool StartArray() { return start(Value::Array); }
+    bool EndObject(rapidjson::SizeType) { return end(); }
+    bool EndArray(rapidjson::SizeType) { return end(); }
+
+    Value root;
+    // Set when the builder, not the reader, stopped the parse.
+    bool stopped = false;
+    size_t stopAt = 0;
+    std::string stopWhy;
 
 private:
-    bool fail(const std::string& what) {
-        err_.line = line_;
-        err_.column = static_cast<int>(pos_ - lineStart_) + 1;
-        err_.message = what;
+    struct Open {
+        Value value;
+        bool object = false;
+        std::string key; // the name of the member being read, in an object
+        Value::Items items;
+        Value::Members members;
+    };
+
+    bool fault(size_t at, std::string why) {
+        stopped = true;
+        stopAt = at;
+        stopWhy = std::move(why);
         return false;
     }
-    int peek() const { return pos_ < text_.size() ? static_cast<unsigned char>(text_[pos_]) : -1; }
-    void skipSpace() {
-        while (pos_ < text_.size()) {
-            char c = text_[pos_];
-            if (c == '\n') {
-                ++line_;
-                lineStart_ = pos_ + 1;
-            } else if (c != ' ' && c != '\t' && c != '\r') {
-                break;
-            }
-            ++pos_;
-        }
+
+    // True, false and null are told once read; strings, numbers and brackets before.
+    size_t literalStart(size_t length) const {
+        size_t at = stream_.Tell();
+        return at >= length ? at - length : 0;
     }
-    bool literal(const char* word) {
-        size_t n = std::strlen(word);
-        if (text_.compare(pos_, n, word) != 0)
-            return fail(std::string("expected '") + word + "'");
-        pos_ += n;
+
+    // The 1-based line and column of `offset`, counted on from the last place asked about:
+    // places come in text order, so the whole text is scanned once.
+    void place(size_t offset, Value& v) {
+        offset = std::min(offset, text_.size());
+        const char* p = text_.data() + counted_;
+        const char* stop = text_.data() + offset;
+        while (p < stop) {
+            const void* nl = std::memchr(p, '\n', static_cast<size_t>(stop - p));
+            if (!nl)
+                break;
+            ++line_;
+            p = static_cast<const char*>(nl) + 1;
+            lineStart_ = static_cast<size_t>(p - text_.data());
+        }
+        counted_ = offset;
+        v.line = line_;
+        v.column = static_cast<int>(offset - lineStart_) + 1;
+    }
+
+    bool start(Value::Type type) {
+        size_t at = stream_.Tell();
+        if (open_.size() >= static_cast<size_t>(kMaxDepth))
+            return fault(at, "nesting is deeper than " + std::to_string(kMaxDepth) + " levels");
+        open_.emplace_back();
+        Open& o = open_.back();
+        o.object = type == Value::Object;
+        place(at, o.value);
         return true;
     }
 
-    bool value(Value& out, int depth) {
-        out.line = line_;
-        out.column = static_cast<int>(pos_ - lineStart_) + 1;
-        switch (peek()) {
-        case '{':
-            return object(out, depth);
-        case '[':
-            return array(out, depth);
-        case '"': {
-            std::string s;
-            if (!string(s))
-                return false;
-            int l = out.line, c = out.column;
-            out = Value::string(std::move(s));
-            out.line = l;
-            out.column = c;
-            return true;
-        }
-        case 't':
-        case 'f': {
-            bool b = peek() == 't';
-            if (!literal(b ? "true" : "false"))
-                return false;
-            int l = out.line, c = out.column;
-            out = Value::boolean(b);
-            out.line = l;
-            out.column = c;
-            return true;
-        }
-        case 'n':
-            return literal("null");
-        case -1:
-            return fail("expected a value, found the end of the text");
-        default:
-            if (peek() == '-' || (peek() >= '0' && peek() <= '9'))
-                return number(out);
-            return fail("expected a value");
-        }
+    bool end() {
+        Open& o = open_.back();
+        if (o.object)
+            o.value.setMembers(std::move(o.members));
+        else
+            o.value.setItems(std::move(o.items));
+        Value done = std::move(o.value);
+        open_.pop_back();
+        return finish(std::move(done));
     }
 
-    bool object(Value& out, int depth) {
-        if (depth >= kMaxDepth)
-            return fail("nesting is deeper than " + std::to_string(kMaxDepth) + " levels");
-        int l = out.line, c = out.column;
-        out = Value::object();
-        out.line = l;
-        out.column = c;
-        ++pos_;
-        skipSpace();
-        if (peek() == '}') {
-            ++pos_;
-            return true;
-        }
-        for (;;) {
-            skipSpace();
-            if (peek() != '"')
-                return fail("expected a member name in double quotes");
-            std::string key;
-            if (!string(key))
-                return false;
-            skipSpace();
-            if (peek() != ':')
-                return fail("expected ':' after a member name");
-            ++pos_;
-            skipSpace();
-            Value v;
-            if (!value(v, depth + 1))
-                return false;
-            out.set(key, std::move(v));
-            skipSpace();
-            if (peek() == ',') {
-                ++pos_;
-                continue;
-            }
-            if (peek() == '}') {
-                ++pos_;
-                return true;
-            }
-            return fail("expected ',' or '}' after an object member");
-        }
+    bool add(Value v, size_t at) {
+        place(at, v);
+        return finish(std::move(v));
     }
 
-    bool array(Value& out, int depth) {
-        if (depth >= kMaxDepth)
-            return fail("nesting is deeper than " + std::to_string(kMaxDepth) + " levels");
-        int l = out.line, c = out.column;
-        out = Value::array();
-        out.line = l;
-        out.column = c;
-        ++pos_;
-        skipSpace();
-        if (peek() == ']') {
-            ++pos_;
+    bool finish(Value v) {
+        if (open_.empty()) {
+            root = std::move(v);
             return true;
         }
-        for (;;) {
-            skipSpace();
-            Value v;
-            if (!value(v, depth + 1))
-                return false;
-            out.push(std::move(v));
-            skipSpace();
-            if (peek() == ',') {
-                ++pos_;
-                continue;
-            }
-            if (peek() == ']') {
-                ++pos_;
-                return true;
-            }
-            return fail("expected ',' or ']' after an array item");
-        }
-    }
-
-    bool hex4(unsigned& out) {
-        out = 0;
-        for (int i = 0; i < 4; ++i) {
-            int c = peek();
-            unsigned d;
-            if (c >= '0' && c <= '9')
-                d = static_cast<unsigned>(c - '0');
-            else if (c >= 'a' && c <= 'f')
-                d = static_cast<unsigned>(c - 'a' + 10);
-            else if (c >= 'A' && c <= 'F')
-                d = static_cast<unsigned>(c - 'A' + 10);
-            else
-                return fail("expected four hexadecimal digits after \\u");
-            out = out * 16 + d;
-            ++pos_;
-        }
+        Open& o = open_.back();
+        if (o.object)
+            o.members.emplace_back(std::move(o.key), std::move(v));
+        else
+            o.items.push_back(std::move(v));
         return true;
     }
 
-    bool string(std::string& out) {
-        ++pos_; // the opening quote
-        for (;;) {
-            int c = peek();
-            if (c == -1 || c == '\n')
-                return fail("expected '\"' to close the string");
-            ++pos_;
-            if (c == '"')
-                return true;
-            if (c < 0x20)
-                return fail("control character inside a string");
-            if (c != '\\') {
-                out.push_back(static_cast<char>(c));
+    // Half a surrogate pair has no UTF-8 form of its own; the reader writes the lone second half
+    // of one as if it had (bytes ED B0..BF). Such a string is refused just past its escape.
+    bool checkSurrogates(const char* s, size_t n) {
+        bool lone = false;
+        for (size_t i = 0; i + 1 < n && !lone; ++i)
+            lone = static_cast<unsigned char>(s[i]) == 0xED &&
+                   (static_cast<unsigned char>(s[i + 1]) & 0xF0) == 0xB0;
+        if (!lone)
+            return true;
+        size_t p = stream_.Tell() + 1;
+        while (p + 6 <= text_.size() && text_[p] != '"') {
+            if (text_[p] != '\\') {
+                ++p;
                 continue;
             }
-            int e = peek();
-            ++pos_;
-            switch (e) {
-            case '"':
-                out.push_back('"');
-                break;
-            case '\\':
-                out.push_back('\\');
-                break;
-            case '/':
-                out.push_back('/');
-                break;
-            case 'b':
-                out.push_back('\b');
-                break;
-            case 'f':
-                out.push_back('\f');
-                break;
-            case 'n':
-                out.push_back('\n');
-                break;
-            case 'r':
-                out.push_back('\r');
-                break;
-            case 't':
-                out.push_back('\t');
-                break;
-            case 'u': {
-                unsigned cp;
-                if (!hex4(cp))
-                    return false;
-                if (cp >= 0xD800 && cp < 0xDC00) {
-                    unsigned lo;
-                    if (peek() != '\\' || pos_ + 1 >= text_.size() || text_[pos_ + 1] != 'u')
-                        return fail("expected the second half of a surrogate pair");
-                    pos_ += 2;
-                    if (!hex4(lo) || lo < 0xDC00 || lo > 0xDFFF)
-                        return fail("expected the second half of a surrogate pair");
-                    cp = 0x10000 + ((cp - 0xD800) << 10) + (lo - 0xDC00);
-                } else if (cp >= 0xDC00 && cp <= 0xDFFF) {
-                    // Half a pair has no UTF-8 form of its own.
-                    return fail("expected the first half of a surrogate pair before its second");
-                }
-                appendUtf8(out, cp);
-                break;
+            if (text_[p + 1] != 'u') {
+                p += 2;
+                continue;
             }
-            default:
-                --pos_;
-                return fail("unknown escape in a string");
+            unsigned cp = 0;
+            std::from_chars(text_.data() + p + 2, text_.data() + p + 6, cp, 16);
+            if (cp >= 0xD800 && cp < 0xDC00) {
+                p += 12; // the pair, checked by the reader
+                continue;
             }
+            if (cp >= 0xDC00 && cp <= 0xDFFF)
+                return fault(p + 6, "expected the first half of a surrogate pair before its second");
+            p += 6;
         }
-    }
-
-    bool number(Value& out) {
-        size_t start = pos_;
-        if (peek() == '-')
-            ++pos_;
-        if (peek() == '0') {
-            ++pos_;
-        } else if (peek() >= '1' && peek() <= '9') {
-            while (peek() >= '0' && peek() <= '9')
-                ++pos_;
-        } else {
-            return fail("expected a digit");
-        }
-        if (peek() == '.') {
-            ++pos_;
-            if (!(peek() >= '0' && peek() <= '9'))
-                return fail("expected a digit after the decimal point");
-            while (peek() >= '0' && peek() <= '9')
-                ++pos_;
-        }
-        if (peek() == 'e' || peek() == 'E') {
-            ++pos_;
-            if (peek() == '+' || peek() == '-')
-                ++pos_;
-            if (!(peek() >= '0' && peek() <= '9'))
-                return fail("expected a digit in the exponent");
-            while (peek() >= '0' && peek() <= '9')
-                ++pos_;
-        }
-        double d = 0.0;
-        auto r = std::from_chars(text_.data() + start, text_.data() + pos_, d);
-        if (r.ec != std::errc() || !std::isfinite(d)) {
-            pos_ = start;
-            return fail("number out of range");
-        }
-        int l = out.line, c = out.column;
-        out = Value::number(d);
-        out.line = l;
-        out.column = c;
-        return true;
+        return fault(stream_.Tell(), "expected the first half of a surrogate pair before its second");
     }
 
     const std::string& text_;
-    ParseError& err_;
-    size_t pos_ = 0;
+    TextStream& stream_;
+    std::vector<Open> open_;
+    size_t counted_ = 0;
     size_t lineStart_ = 0;
     int line_ = 1;
 };
 
-void writeString(std::string& out, const std::string& s) {
-    appendQuoted(out, s, "\\u%04x");
+const char* expected(rapidjson::ParseErrorCode code, int at) {
+    using namespace rapidjson;
+    switch (code) {
+    case kParseErrorDocumentEmpty:
+        return "expected a value, found the end of the text";
+    case kParseErrorDocumentRootNotSingular:
+        return "expected the end of the document";
+    case kParseErrorValueInvalid:
+        return at == -1 ? "expected a value, found the end of the text" : "expected a value";
+    case kParseErrorObjectMissName:
+        return "expected a member name in double quotes";
+    case kParseErrorObjectMissColon:
+        return "expected ':' after a member name";
+    case kParseErrorObjectMissCommaOrCurlyBracket:
+        return "expected ',' or '}' after an object member";
+    case kParseErrorArrayMissCommaOrSquareBracket:
+        return "expected ',' or ']' after an array item";
+    case kParseErrorStringUnicodeEscapeInvalidHex:
+        return "expected four hexadecimal digits after \\u";
+    case kParseErrorStringUnicodeSurrogateInvalid:
+        return "expected the second half of a surrogate pair";
+    case kParseErrorStringEscapeInvalid:
+        // The reader says the same of a raw control character as of a bad escape.
+        if (at == '\n' || at == -1)
+            return "expected '\"' to close the string";
+        return at >= 0 && at < 0x20 ? "control character inside a string" : "unknown escape in a string";
+    case kParseErrorStringMissQuotationMark:
+        return "expected '\"' to close the string";
+    case kParseErrorStringInvalidEncoding:
+        return "expected UTF-8 text in a string";
+    case kParseErrorNumberTooBig:
+        return "number out of range";
+    case kParseErrorNumberMissFraction:
+        return "expected a digit after the decimal point";
+    case kParseErrorNumberMissExponent:
+        return "expected a digit in the exponent";
+    default:
+        return "expected well-formed JSON";
+    }
 }
+
+void lineColumn(const std::string& text, size_t offset, int& line, int& column) {
+    line = 1;
+    size_t lineStart = 0;
+    for (size_t i = 0; i < offset; ++i)
+        if (text[i] == '\n') {
+            ++line;
+            lineStart = i + 1;
+        }
+    column = static_cast<int>(offset - lineStart) + 1;
+}
+
+// Appends to a std::string as RapidJSON's writer asks.
+struct TextOut {
+    using Ch = char;
+    std::string& out;
+    void Put(char c) { out.push_back(c); }
+    void Flush() {}
+};
+
+// RapidJSON's escaping of strings and its shortest exact numbers, without its layout: the layout
+// is ours.
+class Tokens : public rapidjson::Writer<TextOut> {
+public:
+    explicit Tokens(TextOut& out) : rapidjson::Writer<TextOut>(out) {}
+    void string(const std::string& s) { WriteString(s.data(), static_cast<rapidjson::SizeType>(s.size())); }
+    void number(double d) {
+        // Whole numbers as such ("3", not "3.0"); what JSON cannot hold as null.
+        if (!std::isfinite(d))
+            WriteNull();
+        else if (d == std::trunc(d) && std::fabs(d) < 9007199254740992.0 && !(d == 0 && std::signbit(d)))
+            WriteInt64(static_cast<int64_t>(d));
+        else
+            WriteDouble(d);
+    }
+};
 
 bool isSimple(const Value& v) {
     if (v.isArray()) {
@@ -402,7 +383,7 @@ bool isSimple(const Value& v) {
     return true;
 }
 
-void writeValue(std::string& out, const Value& v, int indent) {
+void writeValue(std::string& out, Tokens& tokens, const Value& v, int indent) {
     switch (v.type()) {
     case Value::Null:
         out += "null";
@@ -410,14 +391,11 @@ void writeValue(std::string& out, const Value& v, int indent) {
     case Value::Bool:
         out += v.asBool() ? "true" : "false";
         break;
-    case Value::Number: {
-        char buf[32];
-        auto r = std::to_chars(buf, buf + sizeof buf, v.asNumber());
-        out.append(buf, r.ptr);
+    case Value::Number:
+        tokens.number(v.asNumber());
         break;
-    }
     case Value::String:
-        writeString(out, v.asString());
+        tokens.string(v.asString());
         break;
     case Value::Array:
     case Value::Object: {
@@ -441,11 +419,11 @@ void writeValue(std::string& out, const Value& v, int indent) {
                 out.append(static_cast<size_t>(indent + 2), ' ');
             }
             if (obj) {
-                writeString(out, v.members()[i].first);
+                tokens.string(v.members()[i].first);
                 out += ": ";
-                writeValue(out, v.members()[i].second, indent + 2);
+                writeValue(out, tokens, v.members()[i].second, indent + 2);
             } else {
-                writeValue(out, v.items()[i], indent + 2);
+                writeValue(out, tokens, v.items()[i], indent + 2);
             }
         }
         if (flat) {
@@ -464,17 +442,48 @@ void writeValue(std::string& out, const Value& v, int indent) {
 } // namespace
 
 bool parse(const std::string& text, Value& out, ParseError& error) {
-    Reader r(text, error);
-    Value v;
-    if (!r.document(v))
-        return false;
-    out = std::move(v);
-    return true;
+    TextStream stream{text.data(), text.data(), text.data() + text.size()};
+    Builder builder(text, stream);
+    rapidjson::Reader reader;
+    // Iterative: the depth of the text never becomes the depth of the call stack.
+    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag |
+                               rapidjson::kParseFullPrecisionFlag;
+    rapidjson::ParseResult r = reader.Parse<flags>(stream, builder);
+    size_t at = 0;
+    std::string why;
+    if (builder.stopped) {
+        at = builder.stopAt;
+        why = builder.stopWhy;
+    } else if (r.IsError()) {
+        at = std::min(r.Offset(), text.size());
+        // A misspelt word is told where it begins, not where it stopped matching.
+        if (r.Code() == rapidjson::kParseErrorValueInvalid)
+            while (at > 0 && std::isalpha(static_cast<unsigned char>(text[at - 1])))
+                --at;
+        int c = at < text.size() ? static_cast<unsigned char>(text[at]) : -1;
+        why = expected(r.Code(), c);
+    } else {
+        // A NUL byte reads as the end of the text; whatever follows it is no part of a document.
+        at = stream.Tell();
+        while (at < text.size() &&
+               (text[at] == ' ' || text[at] == '\t' || text[at] == '\r' || text[at] == '\n'))
+            ++at;
+        if (at == text.size()) {
+            out = std::move(builder.root);
+            return true;
+        }
+        why = "expected the end of the document";
+    }
+    lineColumn(text, at, error.line, error.column);
+    error.message = why;
+    return false;
 }
 
 std::string write(const Value& v) {
     std::string out;
-    writeValue(out, v, 0);
+    TextOut sink{out};
+    Tokens tokens(sink);
+    writeValue(out, tokens, v, 0);
     out.push_back('\n');
     return out;
 }

@@ -1,6 +1,7 @@
-// Json: the reference host's small JSON document model, reader and writer. The reader reports
-// the first fault with its line and column and what it expected; it never throws, and nesting
-// deeper than kMaxDepth is refused rather than recursed into.
+// Json: the reference host's JSON document model, with each value's place in its text. Reading
+// and the writing of tokens are RapidJSON's; the reader reports the first fault with its line and
+// column and what it expected, never throws, and refuses nesting deeper than kMaxDepth rather
+// than recursing into it.
 #pragma once
 
 #include <cstdint>
@@ -41,11 +42,14 @@ public:
     const std::string& asString() const;
     const Items& items() const;
     const Members& members() const;
-    // The member of that name, or null when absent.
+    // The member of that name (its last value when the name repeats), or null when absent.
     const Value* find(const std::string& key) const;
 
     Value& push(Value v);
     Value& set(const std::string& key, Value v);
+    // Replace the whole content, making the value an array or an object.
+    void setItems(Items items);
+    void setMembers(Members members);
 
     // Where the value began in its text, 1-based; 0 for values made in code.
     int line = 0;

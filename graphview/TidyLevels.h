@@ -10,6 +10,7 @@
 
 #include "graphview/TidyNodeRec.h"
 #include "host/EditGraphIterator.h"
+#include "host/IdStamp.h"
 
 class NodeUIPosSource;
 
@@ -64,13 +65,7 @@ private:
     uint32_t enter(EditGraphIterator& iterator, const Frame* parent, FXGraphNodeBase*& node);
     void sortIntoLevels();
 
-    static uint64_t hash(const IdStamp& id) {
-        uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
-        h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
-        h ^= h >> 31;
-        h *= 0xBF58476D1CE4E5B9ull;
-        return h ^ (h >> 29);
-    }
+    static uint64_t hash(const IdStamp& id) { return IdStampMixHash::mix(id); }
     const Slot& slotFor(const IdStamp& id) const {
         for (uint64_t i = hash(id) & mask_;; i = (i + 1) & mask_) {
             const Slot& slot = table_[i];

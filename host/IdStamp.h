@@ -53,6 +53,18 @@ struct IdStampLess {
     bool operator()(const IdStamp& l, const IdStamp& r) const { return l.compare(r) < 0; }
 };
 
+// A hash whose every bit depends on the whole id, for tables that index by the low bits.
+struct IdStampMixHash {
+    static uint64_t mix(const IdStamp& id) {
+        uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
+        h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
+        h ^= h >> 31;
+        h *= 0xBF58476D1CE4E5B9ull;
+        return h ^ (h >> 29);
+    }
+    size_t operator()(const IdStamp& id) const { return static_cast<size_t>(mix(id)); }
+};
+
 struct IdStampHash {
     size_t operator()(const IdStamp& id) const {
         return std::hash<uint64_t>()((uint64_t{id.a()} << 40) ^ (uint64_t{id.b()} << 20) ^ id.c());

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/Edit.h"
+#include "host/IdStamp.h"
 #include "nodeui/NodeUIPosRec.h"
 #include "nodeui/NodeUIPosSource.h"
 
@@ -59,13 +60,7 @@ private:
         NodeUIPosRec* rec = nullptr; // null: free
     };
 
-    static uint64_t hash(const IdStamp& id) {
-        uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
-        h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
-        h ^= h >> 31;
-        h *= 0xBF58476D1CE4E5B9ull;
-        return h ^ (h >> 29);
-    }
+    static uint64_t hash(const IdStamp& id) { return IdStampMixHash::mix(id); }
     Slot& slotFor(const IdStamp& id) {
         const size_t mask = slots_.size() - 1;
         for (size_t i = hash(id) & mask;; i = (i + 1) & mask)

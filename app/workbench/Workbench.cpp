@@ -1,4 +1,4 @@
-// Workbench: the main window: its view above, a docked list on its left, the time line below.
+// Workbench: the main window: its view above, the time line below.
 #include "app/workbench/Workbench.h"
 
 #include <algorithm>
@@ -18,8 +18,6 @@ Zk::Box<int> Workbench::viewArea() const {
     Zk::Box<int> ua = getUserArea();
     if (timeline_)
         ua.y1 = std::min(ua.y2, ua.y1 + timelineHeight_);
-    if (docked_)
-        ua.x1 = std::min(ua.x2, ua.x1 + docked_->width());
     return ua;
 }
 
@@ -60,17 +58,6 @@ void Workbench::setTimeline(const ViewMaker& maker, int height) {
     update();
 }
 
-void Workbench::dockLeft(Glob* side) {
-    if (docked_)
-        removeWidget(docked_, true);
-    docked_ = side;
-    if (docked_) {
-        const Zk::Box<int> area = viewArea();
-        addChild(docked_, BottomLeft(area.x1, area.y1));
-    }
-    layout();
-}
-
 void Workbench::layout() {
     if (view_ && !is_good_glob_ptr(view_))
         view_ = nullptr; // closed from its own title row
@@ -78,13 +65,6 @@ void Workbench::layout() {
     if (timeline_) {
         timeline_->setPos(ua.x1, ua.y1);
         timeline_->setDimensions(ua.width(), timelineHeight_);
-    }
-    Zk::Box<int> area = ua;
-    if (timeline_)
-        area.y1 = std::min(area.y2, area.y1 + timelineHeight_);
-    if (docked_) {
-        docked_->setPos(area.x1, area.y1);
-        docked_->setDimensions(docked_->width(), area.height());
     }
     if (view_) {
         const Zk::Box<int> v = viewArea();

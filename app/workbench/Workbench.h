@@ -25,23 +25,18 @@ public:
     // a null maker takes it away. The maker gets the time line's size.
     void setTimeline(const ViewMaker& maker, int height);
     Glob* timeline() const { return timeline_; }
-    // Docks a widget along the left of the area above the time line, at its own width; the view
-    // takes the rest.
-    void dockLeft(Glob* side);
-    Glob* docked() const { return docked_; }
     void resize(double w, double h) override;
     // The window's record, and under "VIEW" the text of its view's own record when the view
     // keeps one (a persistable view).
     void dump(configb& c) override;
 
 private:
-    // The user area left to the view: above the time line, right of the docked widget.
+    // The user area left to the view: all of it above the time line.
     Zk::Box<int> viewArea() const;
     void layout();
 
     Glob* view_ = nullptr;
     Glob* timeline_ = nullptr;
-    Glob* docked_ = nullptr;
     int timelineHeight_ = 0;
     std::function<void()> onClose_;
 };

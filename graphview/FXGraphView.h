@@ -242,6 +242,7 @@ private:
     // The boxes of pixels a node's move by `shift` pixels touches: the node, where it is and where
     // it goes, and each of its connections.
     std::vector<Zk::Box<int>> moveDamage(const FXGraphViewNode& node, const XY<int>& shift) const;
+    static void mergeDamage(std::vector<Zk::Box<int>>& areas);
     // --- wiring
     FXEditor wiringEditor() const;
     void tellTransportOfGraphChange() const;

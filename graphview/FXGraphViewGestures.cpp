@@ -9,6 +9,7 @@
 #include "graphview/FXGraphView.h"
 #include "host/AliasedInputEffect.h"
 #include "host/Canvas.h"
+#include "host/EditGraphSearchScope.h"
 #include "host/EditorPreferences.h"
 #include "host/EffectInstance_opu4h5a4j.h"
 #include "host/Event.h"
@@ -154,6 +155,28 @@ std::vector<Zk::Box<int>> FXGraphView::moveDamage(const FXGraphViewNode& node, c
     return areas;
 }
 
+// Each area is a repaint of its own, which walks every node and connection: two areas whose
+// bounding box is no bigger than the two together are painted as that box.
+void FXGraphView::mergeDamage(std::vector<Zk::Box<int>>& areas) {
+    auto size = [](const Zk::Box<int>& b) { return static_cast<long>(b.x2 - b.x1) * (b.y2 - b.y1); };
+    for (bool merged = true; merged;) {
+        merged = false;
+        for (size_t i = 0; i < areas.size() && !merged; ++i)
+            for (size_t j = i + 1; j < areas.size() && !merged; ++j) {
+                Zk::Box<int> u = areas[i];
+                u.x1 = std::min(u.x1, areas[j].x1);
+                u.y1 = std::min(u.y1, areas[j].y1);
+                u.x2 = std::max(u.x2, areas[j].x2);
+                u.y2 = std::max(u.y2, areas[j].y2);
+                if (size(u) <= size(areas[i]) + size(areas[j])) {
+                    areas[i] = u;
+                    areas.erase(areas.begin() + static_cast<long>(j));
+                    merged = true;
+                }
+            }
+    }
+}
+
 void FXGraphView::moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<double>& to, bool wholeView) {
     if (wholeView) {
         node->setPos(to.x, to.y, true);
@@ -169,6 +192,9 @@ void FXGraphView::moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<do
         node->setPos(to.x, to.y, true);
         return;
     }
+    mergeDamage(areas);
+    // A move changes no graph: the repaints of all its areas share one walk of the edit.
+    EditGraphSearchScope still(edit_);
     // The move's own announcement repaints the first area; the others follow.
     CanvasRenderer& renderer = canvas()->renderer();
     renderer.setClipRect(areas.front());

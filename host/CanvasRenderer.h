@@ -1,6 +1,7 @@
 // CanvasRenderer: paints primitives on a widget's canvas and keeps the clip and changed areas.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "host/BezierCurveDescription.h"
@@ -16,10 +17,13 @@ class Canvas;
 
 // Coordinates are the widget's pixels, y upward, shifted by translateCanvas. A clip box with no
 // area means no clip. Primitives are anti-aliased. In recording mode each primitive is also kept,
-// exactly as submitted, for tests to read back.
+// exactly as submitted, for tests to read back. While the canvas defers its updates, the
+// primitives of a repaint share one painter; it ends with the deferral or when anyone reads the
+// surface.
 class CanvasRenderer {
 public:
-    explicit CanvasRenderer(Canvas& canvas) : canvas_(canvas) {}
+    explicit CanvasRenderer(Canvas& canvas);
+    ~CanvasRenderer();
     CanvasRenderer(const CanvasRenderer&) = delete;
     CanvasRenderer& operator=(const CanvasRenderer&) = delete;
 
@@ -58,7 +62,12 @@ public:
 
     Canvas& canvas() const { return canvas_; }
 
+    // Ends the painter kept across a repaint, so that the surface is complete for its readers.
+    void finishPainting() const;
+
 private:
+    struct HeldPainter;
+
     template <class D>
     void submit(const D& d);
 
@@ -69,4 +78,5 @@ private:
     bool recording_ = false;
     std::vector<Glib::RecordedPrimitive> recorded_;
     std::vector<Zk::Box<int>> modified_;
+    mutable std::unique_ptr<HeldPainter> held_;
 };

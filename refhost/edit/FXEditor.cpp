@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <unordered_set>
 
 #include "host/Edit.h"
 #include "host/EffectInstance_opu4h5a4j.h"
@@ -160,7 +161,8 @@ void FXEditor::findOrphanedComponents(EditPtr edit, double, std::vector<IdStamp>
     if (!edit)
         return;
     // Everything that any event of any channel reaches by links is in use.
-    std::set<const FXGraphNodeBase*> used;
+    std::unordered_set<const FXGraphNodeBase*> used;
+    used.reserve(edit->nodes().size());
     auto markFrom = [&](const FXGraphNodeBase* start) {
         std::vector<const FXGraphNodeBase*> stack{start};
         while (!stack.empty()) {
@@ -178,7 +180,7 @@ void FXEditor::findOrphanedComponents(EditPtr edit, double, std::vector<IdStamp>
             markFrom(ev.node.get());
 
     // The tops of the rest: orphans that no other orphan takes as an input.
-    std::set<const FXGraphNodeBase*> fed;
+    std::unordered_set<const FXGraphNodeBase*> fed;
     for (const auto& [id, n] : edit->nodes())
         if (!used.count(n.get()))
             for (const auto& in : n->inputs())

@@ -173,8 +173,36 @@ void paint(Painter& pp, const Glib::ImageDescription& d) {
 
 } // namespace
 
+// The painter of one deferred repaint, with the state it was made for: a change of clip,
+// translation, translucency or surface needs a new one.
+struct CanvasRenderer::HeldPainter {
+    HeldPainter(Canvas& c, const CanvasRenderer& r)
+        : painter(c, r), clip(r.getClipRect()), translation(r.getTranslation()),
+          translucency(r.getTranslucency()), size(c.surface().image.size()) {}
+    bool fits(const Canvas& c, const CanvasRenderer& r) const {
+        const Zk::Box<int>& k = r.getClipRect();
+        return k.x1 == clip.x1 && k.y1 == clip.y1 && k.x2 == clip.x2 && k.y2 == clip.y2 &&
+               r.getTranslation().x == translation.x && r.getTranslation().y == translation.y &&
+               r.getTranslucency() == translucency && c.surface().image.size() == size;
+    }
+    Painter painter;
+    Zk::Box<int> clip;
+    XY<int> translation;
+    double translucency;
+    QSize size;
+};
+
+CanvasRenderer::CanvasRenderer(Canvas& canvas) : canvas_(canvas) {}
+CanvasRenderer::~CanvasRenderer() = default;
+
+void CanvasRenderer::finishPainting() const {
+    held_.reset();
+}
+
 Canvas::Canvas(Glob& owner) : owner_(owner), renderer_(*this), surface_(std::make_unique<Surface>()) {}
-Canvas::~Canvas() = default;
+Canvas::~Canvas() {
+    renderer_.finishPainting();
+}
 
 int Canvas::width() const {
     return owner_.width();
@@ -188,11 +216,14 @@ void Canvas::deferUpdates() {
 }
 
 void Canvas::releaseUpdates() {
-    if (deferrals_ > 0 && --deferrals_ == 0)
+    if (deferrals_ > 0 && --deferrals_ == 0) {
+        renderer_.finishPainting();
         renderer_.flush();
+    }
 }
 
 unsigned Canvas::pixel(int x, int y) const {
+    renderer_.finishPainting();
     const QImage& img = surface_->image;
     int row = img.height() - 1 - y;
     if (x < 0 || row < 0 || x >= img.width() || row >= img.height())
@@ -201,6 +232,7 @@ unsigned Canvas::pixel(int x, int y) const {
 }
 
 bool Canvas::saveImage(const String& path) const {
+    renderer_.finishPainting();
     return surface_->image.save(QString::fromUtf8(path.c_str()), "PNG");
 }
 
@@ -210,6 +242,7 @@ bool CanvasRenderer::isReadyToRender() const {
         return false;
     QImage& img = canvas_.surface().image;
     if (img.width() != w || img.height() != h) {
+        finishPainting();
         QImage fresh(w, h, QImage::Format_ARGB32_Premultiplied);
         fresh.fill(Qt::transparent);
         if (!img.isNull()) {
@@ -228,8 +261,16 @@ void CanvasRenderer::submit(const D& d) {
         recorded_.push_back(Glib::RecordedPrimitive{d, clip_, translation_, translucency_});
     if (!isReadyToRender())
         return;
-    Painter p(canvas_, *this);
-    paint(p, d);
+    if (!canvas_.updatesDeferred()) {
+        Painter p(canvas_, *this);
+        paint(p, d);
+        return;
+    }
+    if (!held_ || !held_->fits(canvas_, *this)) {
+        held_.reset(); // one painter at a time on a surface
+        held_ = std::make_unique<HeldPainter>(canvas_, *this);
+    }
+    paint(held_->painter, d);
 }
 
 void CanvasRenderer::renderPrimitive(const Glib::RectDescription& d) {
@@ -262,6 +303,7 @@ void CanvasRenderer::addModifiedArea(const Zk::Box<int>& b) {
 }
 
 void CanvasRenderer::flush() {
+    finishPainting();
     if (canvas_.updatesDeferred())
         return;
     QWidget* w = canvas_.owner().impl().widget;

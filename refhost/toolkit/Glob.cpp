@@ -63,6 +63,7 @@ GlobWidget::GlobWidget(Glob& owner, QWidget* parent) : QWidget(parent), owner_(o
 void GlobWidget::paintEvent(QPaintEvent*) {
     if (owner_.isOutOfDate() && !Drawable::redrawsDisabled())
         owner_.draw();
+    owner_.canvas()->renderer().finishPainting();
     QPainter p(this);
     p.drawImage(0, 0, owner_.canvas()->surface().image);
 }

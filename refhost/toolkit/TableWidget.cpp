@@ -26,6 +26,7 @@ public:
     void paint(QPainter* p, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         Zk::Box<int> b = table_.getCellBox(XY<int>(index.column(), index.row()));
         QRect from(b.x1, table_.height() - b.y2, b.width(), b.y2 - b.y1);
+        table_.canvas()->renderer().finishPainting();
         p->drawImage(option.rect, table_.canvas()->surface().image, from);
     }
 

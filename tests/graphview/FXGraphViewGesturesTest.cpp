@@ -114,6 +114,10 @@ TEST_F(Gestures, AClickWithinTheToleranceSwitchesTheEffectAsOneUndoStepAndADragM
     EXPECT_NEAR(at(mid).x() - x1, 3 / view->physicalScale(), 1.5 / view->physicalScale());
     EXPECT_EQ(at(mid).y(), y0);
     EXPECT_EQ(view->timerCount(), 0);
+    // A view's positions are its own and are not saved with the edit: a move is no undo step,
+    // and the saved edit stays byte for byte what it was.
+    EXPECT_EQ(vob->undoDepth(), depth + 1);
+    EXPECT_EQ(saved(), after);
 }
 
 TEST_F(Gestures, AClickOnAMaterialOrAnAliasChangesNothingAndARightReleaseLetsTheNodeGo) {

@@ -9,6 +9,7 @@
 #include "host/GlibFonts.h"
 #include "host/StandardPanel.h"
 #include "host/StateSaver.h"
+#include "host/UpdateDeferrer.h"
 
 namespace {
 
@@ -122,4 +123,38 @@ TEST(Canvas, HeadlessPngHasBackgroundWhereItBelongs) {
     EXPECT_EQ(img.pixelColor(2, 57), QColor(255, 0, 0)) << "y upward: the bottom rows of the picture";
     EXPECT_EQ(img.pixelColor(2, 2), QColor(0, 0, 255));
     std::remove(path.c_str());
+}
+
+// Within a deferral the primitives share one painter; clip, translation and translucency changes
+// between them must still take effect, and the result must be what painting one by one gives.
+TEST(Canvas, ADeferredRepaintPaintsWhatPrimitiveByPrimitiveDoes) {
+    auto paintAll = [](Glob& g) {
+        CanvasRenderer& r = g.canvas()->renderer();
+        g.makeCanvasCurrent();
+        Glib::drawRect(r, Colour(0, 0, 1), Zk::Box<int>{0, 0, 40, 40});
+        r.setClipRect(Zk::Box<int>{5, 5, 20, 20});
+        Glib::drawRect(r, Colour(1, 0, 0), Zk::Box<int>{0, 0, 40, 40});
+        r.clearClipRect();
+        r.translateCanvas(20, 0);
+        r.setTranslucency(0.5);
+        Glib::drawRect(r, Colour(0, 1, 0), Zk::Box<int>{0, 20, 10, 30});
+        r.setTranslucency(1.0);
+        r.translateCanvas(-20, 0);
+    };
+    Glob one(GlobCreationInfo(40, 40)), deferred(GlobCreationInfo(40, 40));
+    ASSERT_TRUE(one.canvas()->renderer().isReadyToRender());
+    ASSERT_TRUE(deferred.canvas()->renderer().isReadyToRender());
+    paintAll(one);
+    unsigned midway = 0;
+    {
+        Glib::UpdateDeferrer defer(deferred.canvas(), 1);
+        paintAll(deferred);
+        midway = deferred.canvas()->pixel(10, 10);
+    }
+    EXPECT_EQ(midway, one.canvas()->pixel(10, 10)) << "a read in the middle sees what was painted";
+    for (int y = 0; y < 40; y += 3)
+        for (int x = 0; x < 40; x += 3)
+            ASSERT_EQ(deferred.canvas()->pixel(x, y), one.canvas()->pixel(x, y)) << x << "," << y;
+    EXPECT_EQ(one.canvas()->pixel(10, 10) & 0xffffff, 0xff0000u) << "the clipped red";
+    EXPECT_EQ(one.canvas()->pixel(2, 2) & 0xffffff, 0x0000ffu) << "outside the clip, blue";
 }

@@ -236,6 +236,30 @@ void BM_DragNodeMove(benchmark::State& state) {
     state.counters["nodes"] = static_cast<double>(held.view.nodes().size());
 }
 
+// The ends of a drag in a graph of N nodes: the first move, which paints the rest of the graph
+// once as the picture the held node floats over, and the release, which paints the node back in
+// its place. Each iteration presses, moves once and lets go.
+void BM_DragFirstMoveAndRelease(benchmark::State& state) {
+    ViewOn v(static_cast<uint32_t>(state.range(0)), 1920, 1080);
+    HeldNode held(v, static_cast<double>(state.range(1)) / 100.0);
+    const XY<int> press = held.press;
+    held.view.handleMouseEvent(Event(Event::Up, Event::Left, press, press));
+    int step = 0, onNode = 0;
+    for (auto _ : state) {
+        held.pointAt(press);
+        held.view.handleMouseEvent(Event(Event::Down, Event::Left, press, press));
+        onNode += held.view.draggingNode() ? 1 : 0;
+        // There and back, so that the press always lands on the node.
+        const XY<int> p(press.x + (step % 2 ? -6 : 6), press.y);
+        held.pointAt(p);
+        held.view.handleMouseEvent(Event(Event::Move, Event::Left, p, press));
+        held.view.handleMouseEvent(Event(Event::Up, Event::Left, p, press));
+        ++step;
+    }
+    state.counters["nodes"] = static_cast<double>(held.view.nodes().size());
+    state.counters["pressesOnNode"] = static_cast<double>(onNode) / std::max(step, 1);
+}
+
 // One timer round of auto-scrolling with a node held at the left edge: the canvas moves, the
 // node follows the pointer, and the view repaints.
 void BM_AutoScrollRound(benchmark::State& state) {
@@ -264,6 +288,7 @@ BENCHMARK(BM_Redraw_1080p)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Peer_QGraphicsScene_1080p)->Arg(500)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PanFrame)->Args({10000, 100})->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DragNodeMove)->Args({1000, 20})->Args({1000, 50})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DragFirstMoveAndRelease)->Args({1000, 20})->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_AutoScrollRound)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -369,4 +369,3 @@ void FXGraphView::setOrientation(Orientation o, bool refit) {
         update();
     }
 }
-

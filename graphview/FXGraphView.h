@@ -243,6 +243,14 @@ private:
     // it goes, and each of its connections.
     std::vector<Zk::Box<int>> moveDamage(const FXGraphViewNode& node, const XY<int>& shift) const;
     static void mergeDamage(std::vector<Zk::Box<int>>& areas);
+    // While a node is held and moved, the rest of the graph is kept as a picture and the node
+    // floats above it: a move puts the picture back where the node was and where it goes and
+    // paints only the node and its connections there. Letting go paints it back in its place.
+    bool canFloat() const;
+    void keepPictureWithout(const Zk::Ptr<FXGraphViewNode>& node);
+    void paintFloating();
+    void landFloating();
+    void forgetPicture();
     // --- wiring
     FXEditor wiringEditor() const;
     void tellTransportOfGraphChange() const;
@@ -254,6 +262,8 @@ public:
     void drawBackground() override;
     void drawPrimaryNodeHighlight();
     void drawConnections(eEdgeType type);
+    // Only the connections that end at `only`.
+    void drawConnections(eEdgeType type, const FXGraphViewNode* only);
     void drawNodes();
     void drawDraggedConnection();
     void drawDraggedConnection(eEdgeType type);
@@ -407,4 +417,11 @@ protected:
         void clear();
     };
     FloatingNodeHandle floatingNode_;
+
+    // --- the held node floating over a kept picture of the rest
+    Zk::Ptr<FXGraphViewNode> floating_;
+    // A repaint that leaves the floating node out, to make the picture.
+    bool hidingFloating_ = false;
+    // The boxes the repaint of the floating node's move puts back and paints.
+    std::vector<Zk::Box<int>> floatingAreas_;
 };

@@ -84,6 +84,13 @@ void FXGraphView::drawBackground() {
     // Drawing changes no graph: the nodes' searches for themselves share one walk of the edit.
     EditGraphSearchScope still(edit_);
     updateMinAndMaxPositions();
+    if (floating_ && !floatingAreas_.empty() && canvas()->hasKeptSurface()) {
+        paintFloating();
+        return;
+    }
+    // Any other repaint may change what the kept picture shows.
+    if (!hidingFloating_)
+        forgetPicture();
     CanvasRenderer& r = canvas()->renderer();
     // The margins round the window, where the scroll bars stand, in the panel's darker shade.
     Zk::Box<int> all;
@@ -124,7 +131,7 @@ void FXGraphView::drawBackground() {
 
 void FXGraphView::drawPrimaryNodeHighlight() {
     FXGraphViewNode* primary = getPrimaryNodePtr();
-    if (!primary)
+    if (!primary || (hidingFloating_ && primary == floating_.get()))
         return;
     const int r = static_cast<uint16_t>(physicalScale_ * 0.01);
     Zk::Box<int> box = primary->pixelBox();
@@ -139,6 +146,11 @@ void FXGraphView::drawPrimaryNodeHighlight() {
 }
 
 void FXGraphView::drawConnections(eEdgeType type) {
+    drawConnections(type, nullptr);
+}
+
+void FXGraphView::drawConnections(eEdgeType type, const FXGraphViewNode* only) {
+    const FXGraphViewNode* hidden = hidingFloating_ ? floating_.get() : nullptr;
     // The connection the user holds is not drawn where it was.
     const FXGraphViewNode* heldNode = nullptr;
     int heldInput = -1;
@@ -166,6 +178,8 @@ void FXGraphView::drawConnections(eEdgeType type) {
             if (output < 0)
                 continue;
             if (node.get() == heldNode && i == heldInput)
+                continue;
+            if (only ? node.get() != only && source != only : node.get() == hidden || source == hidden)
                 continue;
             Colour colour = source->getColour();
             if (type == EdgeOutline)
@@ -276,13 +290,16 @@ Glib::EllipseDescription FXGraphView::dotAt(const XY<int>& centre, int r, const 
 }
 
 void FXGraphView::drawNodes() {
+    const FXGraphViewNode* hidden = hidingFloating_ ? floating_.get() : nullptr;
     for (const auto& n : nodes_)
-        n->draw();
+        if (n.get() != hidden)
+            n->draw();
     for (const auto& n : nodes_)
         chanPositions_[{n->chanId(), n->slotKey()}] = XY<double>(n->x(), n->y());
 }
 
 void FXGraphView::drawNodeNames() {
+    forgetPicture();
     Glib::UpdateDeferrer defer(canvas(), 1);
     for (const auto& n : nodes_)
         if (n->onScreen_)
@@ -290,6 +307,7 @@ void FXGraphView::drawNodeNames() {
 }
 
 void FXGraphView::drawStills() {
+    forgetPicture();
     EditGraphSearchScope still(edit_);
     Glib::UpdateDeferrer defer(canvas(), 1);
     for (const auto& n : nodes_)

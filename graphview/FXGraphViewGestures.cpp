@@ -177,6 +177,77 @@ void FXGraphView::mergeDamage(std::vector<Zk::Box<int>>& areas) {
     }
 }
 
+bool FXGraphView::canFloat() const {
+    return !Drawable::redrawsDisabled() && canvas()->renderer().isReadyToRender() && !drawingOverview_;
+}
+
+// The picture is the view as it stands with the node's own boxes painted again without it; a
+// view waiting for a repaint is painted whole first.
+void FXGraphView::keepPictureWithout(const Zk::Ptr<FXGraphViewNode>& node) {
+    forgetPicture();
+    floating_ = node;
+    hidingFloating_ = true;
+    if (isOutOfDate()) {
+        resetClipRect();
+        draw();
+    } else {
+        std::vector<Zk::Box<int>> areas;
+        for (Zk::Box<int> a : moveDamage(*node, XY<int>(0, 0)))
+            if (clipRectToView(a.x1, a.y1, a.x2, a.y2))
+                areas.push_back(a);
+        mergeDamage(areas);
+        for (const Zk::Box<int>& a : areas) {
+            canvas()->renderer().setClipRect(a);
+            draw();
+        }
+        resetClipRect();
+    }
+    hidingFloating_ = false;
+    canvas()->keepSurface();
+}
+
+void FXGraphView::paintFloating() {
+    FXGraphViewNode& n = *floating_;
+    n.box_ = n.pixelBox();
+    CanvasRenderer& r = canvas()->renderer();
+    for (const Zk::Box<int>& a : floatingAreas_) {
+        if (!canvas()->restoreKept(a))
+            continue;
+        r.setClipRect(a);
+        if (getPrimaryNodePtr() == &n)
+            drawPrimaryNodeHighlight();
+        drawConnections(EdgeOutline, &n);
+        n.draw();
+        drawConnections(EdgeMain, &n);
+    }
+    chanPositions_[{n.chanId(), n.slotKey()}] = XY<double>(n.x(), n.y());
+}
+
+void FXGraphView::landFloating() {
+    Zk::Ptr<FXGraphViewNode> node = floating_;
+    const bool kept = canvas() && canvas()->hasKeptSurface();
+    forgetPicture();
+    if (!node || !kept || !findViewRecForNode(node->getId()))
+        return;
+    std::vector<Zk::Box<int>> areas;
+    for (Zk::Box<int> a : moveDamage(*node, XY<int>(0, 0)))
+        if (clipRectToView(a.x1, a.y1, a.x2, a.y2))
+            areas.push_back(a);
+    mergeDamage(areas);
+    EditGraphSearchScope still(edit_);
+    for (const Zk::Box<int>& a : areas) {
+        canvas()->renderer().setClipRect(a);
+        draw();
+    }
+    resetClipRect();
+}
+
+void FXGraphView::forgetPicture() {
+    if (canvas() && canvas()->hasKeptSurface())
+        canvas()->dropKeptSurface();
+    floating_ = nullptr;
+}
+
 void FXGraphView::moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<double>& to, bool wholeView) {
     if (wholeView) {
         node->setPos(to.x, to.y, true);
@@ -195,6 +266,16 @@ void FXGraphView::moveHeldNode(const Zk::Ptr<FXGraphViewNode>& node, const XY<do
     mergeDamage(areas);
     // A move changes no graph: the repaints of all its areas share one walk of the edit.
     EditGraphSearchScope still(edit_);
+    if (canFloat()) {
+        if (floating_ != node || !canvas()->hasKeptSurface())
+            keepPictureWithout(node);
+        // The move's own announcement puts the picture back and paints the node over it.
+        floatingAreas_ = areas;
+        node->setPos(to.x, to.y, true);
+        floatingAreas_.clear();
+        resetClipRect();
+        return;
+    }
     // The move's own announcement repaints the first area; the others follow.
     CanvasRenderer& renderer = canvas()->renderer();
     renderer.setClipRect(areas.front());
@@ -270,6 +351,7 @@ bool FXGraphView::handleMouseEvent(const Event& e) {
         if (eTimeCount_ > 0)
             disableETime();
         draggingNode_ = nullptr;
+        landFloating();
         handled = true;
     } else if (draggingNode_ && mouse_move_event(e)) {
         handled = true;

@@ -63,6 +63,7 @@ void FXGraphView::recalcNodeList(bool notifyGroup) {
         disableETime();
     canvas()->renderer().setClipRect(getWindowPos());
     draggingNode_ = nullptr;
+    forgetPicture();
     draggingIFNode_ = nullptr;
     reservedPair_[0] = reservedPair_[1] = 0;
 

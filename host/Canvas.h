@@ -33,6 +33,15 @@ public:
     // Writes the canvas alone (not the child widgets) to a PNG file.
     bool saveImage(const String& path) const;
 
+    // A copy of the surface put aside, to be put back box by box: a view that moves one thing
+    // over a scene that holds still paints the scene once and then only what moves.
+    void keepSurface();
+    bool hasKeptSurface() const;
+    // Puts the kept pixels of a box (widget pixels, y upward) back and marks the box changed;
+    // false, with nothing done, when nothing is kept or the surface changed size since.
+    bool restoreKept(const Zk::Box<int>& box);
+    void dropKeptSurface();
+
     struct Surface;
     Surface& surface() const { return *surface_; }
     void noteScreenUpdate() { ++screenUpdates_; }

@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QStaticText>
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -220,6 +221,49 @@ void Canvas::releaseUpdates() {
         renderer_.finishPainting();
         renderer_.flush();
     }
+}
+
+void Canvas::keepSurface() {
+    renderer_.finishPainting();
+    surface_->kept = surface_->image.copy();
+}
+
+bool Canvas::hasKeptSurface() const {
+    return !surface_->kept.isNull();
+}
+
+bool Canvas::restoreKept(const Zk::Box<int>& box) {
+    QImage& img = surface_->image;
+    const QImage& kept = surface_->kept;
+    if (kept.isNull() || kept.size() != img.size() || kept.format() != img.format())
+        return false;
+    const Zk::Box<int> b = normalised(box);
+    const int x1 = std::max(b.x1, 0), x2 = std::min(b.x2, img.width());
+    // Rows of the image run top down.
+    const int top = std::max(img.height() - b.y2, 0), bottom = std::min(img.height() - b.y1, img.height());
+    if (x2 <= x1 || bottom <= top)
+        return true;
+    renderer_.finishPainting();
+    const size_t bytes = static_cast<size_t>(x2 - x1) * 4;
+    for (int row = top; row < bottom; ++row)
+        std::memcpy(img.scanLine(row) + static_cast<size_t>(x1) * 4,
+                    kept.constScanLine(row) + static_cast<size_t>(x1) * 4, bytes);
+    Zk::Box<int> changed;
+    changed.x1 = x1;
+    changed.x2 = x2;
+    changed.y1 = img.height() - bottom;
+    changed.y2 = img.height() - top;
+    const XY<int> t = renderer_.getTranslation();
+    changed.x1 -= t.x;
+    changed.x2 -= t.x;
+    changed.y1 -= t.y;
+    changed.y2 -= t.y;
+    renderer_.addModifiedArea(changed);
+    return true;
+}
+
+void Canvas::dropKeptSurface() {
+    surface_->kept = QImage();
 }
 
 unsigned Canvas::pixel(int x, int y) const {

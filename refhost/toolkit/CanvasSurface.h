@@ -7,4 +7,6 @@
 
 struct Canvas::Surface {
     QImage image;
+    // The copy Canvas::keepSurface put aside; null when there is none.
+    QImage kept;
 };

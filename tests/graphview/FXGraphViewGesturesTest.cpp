@@ -12,6 +12,7 @@
 #include "../support/ViewPoints.h"
 #include "graphnodes/FXGraphViewNode.h"
 #include "host/AliasedInputEffect.h"
+#include "host/Canvas.h"
 #include "host/OSServices.h"
 #include "refhost/edit/EditFile.h"
 
@@ -375,3 +376,44 @@ TEST_F(Gestures, APressOnANodeOffScreenIsACanvasPress) {
 }
 
 } // namespace
+
+// A held node floats over a kept picture of the rest: while it moves, the pixels away from it
+// stay as they were and it shows where it went; once let go, the view is exactly what a whole
+// repaint gives.
+TEST_F(Gestures, AHeldNodeFloatsOverAKeptPictureAndLandsInItsPlace) {
+    buildTree();
+    open();
+    Canvas& c = *view->canvas();
+    auto snapshot = [&] {
+        std::vector<unsigned> px;
+        for (int y = 0; y < view->height(); ++y)
+            for (int x = 0; x < view->width(); ++x)
+                px.push_back(c.pixel(x, y));
+        return px;
+    };
+    PointerDriver mouse(*view);
+    const XY<int> p = body(src2);
+    const Zk::Box<int> was = at(src2).pixelBox();
+    const Zk::Box<int> far = at(src).pixelBox();
+    const std::vector<unsigned> before = snapshot();
+
+    mouse.press(p);
+    mouse.move(XY<int>(p.x + 20, p.y + 10));
+    mouse.move(XY<int>(p.x + 40, p.y + 20));
+    EXPECT_TRUE(c.hasKeptSurface()) << "the rest of the graph is kept while the node is held";
+    const std::vector<unsigned> moving = snapshot();
+    const int w = view->width();
+    auto px = [&](const std::vector<unsigned>& v, int x, int y) { return v[static_cast<size_t>(y * w + x)]; };
+    const int fx = (far.x1 + far.x2) / 2, fy = (far.y1 + far.y2) / 2;
+    EXPECT_EQ(px(moving, fx, fy), px(before, fx, fy)) << "a node the move does not reach is untouched";
+    const Zk::Box<int> now = at(src2).pixelBox();
+    EXPECT_NEAR(now.x1 - was.x1, 40, 1);
+    const int nx = (now.x1 + now.x2) / 2, ny = now.y2 - 2;
+    EXPECT_NE(px(moving, nx, ny), px(before, nx, ny)) << "the node is painted where it went";
+
+    mouse.release(XY<int>(p.x + 40, p.y + 20));
+    EXPECT_FALSE(c.hasKeptSurface()) << "letting go lets the picture go";
+    const std::vector<unsigned> landed = snapshot();
+    view->draw();
+    EXPECT_EQ(landed, snapshot()) << "after the landing the pixels are those of a whole repaint";
+}

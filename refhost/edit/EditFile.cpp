@@ -217,7 +217,9 @@ private:
         IdStamp nid;
         if (!id(n, "id", nid, true))
             return false;
-        if (edit_.findNode(nid))
+        // The edit is new and events have added nothing yet: a node is one of the list's or
+        // inside a compound of it.
+        if (made_.count(nid) || (madeCompound_ && edit_.findNode(nid)))
             return fail(*n.find("id"), "node " + nid.asString().str() + " is defined twice");
         std::string kind = "effect", name, tag, file;
         if (!optString(n, "kind", kind) || !optString(n, "name", name) || !optString(n, "tag", tag) ||
@@ -247,6 +249,7 @@ private:
         } else if (kind == "compound") {
             if (!(node = compound(n, nid)))
                 return false;
+            madeCompound_ = true;
         } else if (kind == "effect") {
             if (tag.empty())
                 return fail(n, "expected a \"tag\" naming the effect's type");
@@ -312,7 +315,14 @@ private:
             }
         }
         edit_.addNode(node);
+        made_.emplace(nid, node);
         return true;
+    }
+
+    // What the edit's findNode gives, sooner for the nodes of the list.
+    Zk::Ptr<FXGraphNodeBase> findNode(const IdStamp& id) const {
+        auto it = made_.find(id);
+        return it != made_.end() ? it->second : edit_.findNode(id);
     }
 
     // A compound effect carries its nested edit in "edit", read as an edit of the same form.
@@ -450,7 +460,7 @@ private:
 
     bool resolveLinks() {
         for (const auto& l : links_) {
-            auto target = edit_.findNode(l.target);
+            Zk::Ptr<FXGraphNodeBase> target = findNode(l.target);
             if (!target)
                 return fail(l.at, "node " + l.target.asString().str() + " is not defined");
             l.node->input(l.input).node = target;
@@ -506,6 +516,8 @@ private:
     std::vector<Alias> tracks_;
     std::vector<FXGraphNodeBase::Input*> unnamedTracks_;
     std::set<const FXGraphNodeBase*> inEvents_; // material nodes made by events
+    std::unordered_map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampMixHash> made_; // by the node list
+    bool madeCompound_ = false;
 
     // Nodes' names and tags, one text for each that repeats: a large edit has few distinct ones,
     // and a string's copies share its text until one is changed. Only the first kMaxShared

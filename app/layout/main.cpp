@@ -183,6 +183,7 @@ int main(int argc, char** argv) {
 
     // The nodes of each tree, each listed under the first tree that reaches it.
     std::vector<Placed> placed;
+    placed.reserve(source.records().size());
     for (size_t r = 0; r < roots.size(); ++r) {
         EditGraphIterator it = FXEditor::getIteratorFor(edit, roots[r], time, 9);
         Vector<Zk::Ptr<FXGraphNodeBase>> members;

@@ -7,6 +7,8 @@
 #include <sstream>
 #include <sys/stat.h>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "host/AliasedInputEffect.h"
 #include "host/CompoundEffect.h"
@@ -27,6 +29,44 @@ ObjectCodec& codec() {
 }
 
 class StreamedLoad;
+
+// Nodes by id in one open-addressed array, for the many lookups of a load: a node tree of the
+// standard library costs a cache miss per level of a large edit.
+class NodeTable {
+public:
+    FXGraphNodeBase* find(const IdStamp& id) const { return slots_.empty() ? nullptr : slotFor(id).node; }
+    void add(const IdStamp& id, FXGraphNodeBase* node) {
+        if ((count_ + 1) * 2 > slots_.size())
+            grow();
+        Slot& s = slotFor(id);
+        if (!s.node)
+            ++count_;
+        s = {id, node};
+    }
+
+private:
+    struct Slot {
+        IdStamp id;
+        FXGraphNodeBase* node = nullptr; // null: free
+    };
+    const Slot& slotFor(const IdStamp& id) const {
+        const size_t mask = slots_.size() - 1;
+        for (size_t i = IdStampMixHash::mix(id) & mask;; i = (i + 1) & mask)
+            if (!slots_[i].node || slots_[i].id == id)
+                return slots_[i];
+    }
+    Slot& slotFor(const IdStamp& id) { return const_cast<Slot&>(std::as_const(*this).slotFor(id)); }
+    void grow() {
+        std::vector<Slot> old(std::max<size_t>(64, slots_.size() * 2));
+        old.swap(slots_);
+        for (const Slot& s : old)
+            if (s.node)
+                slotFor(s.id) = s;
+    }
+
+    std::vector<Slot> slots_;
+    size_t count_ = 0;
+};
 
 // Turns model faults into "NAME:LINE:COLUMN: message" at the value that carries them.
 class Loader {
@@ -219,7 +259,7 @@ private:
             return false;
         // The edit is new and events have added nothing yet: a node is one of the list's or
         // inside a compound of it.
-        if (made_.count(nid) || (madeCompound_ && edit_.findNode(nid)))
+        if (made_.find(nid) || (madeCompound_ && edit_.findNode(nid)))
             return fail(*n.find("id"), "node " + nid.asString().str() + " is defined twice");
         std::string kind = "effect", name, tag, file;
         if (!optString(n, "kind", kind) || !optString(n, "name", name) || !optString(n, "tag", tag) ||
@@ -315,14 +355,14 @@ private:
             }
         }
         edit_.addNode(node);
-        made_.emplace(nid, node);
+        made_.add(nid, node.get());
         return true;
     }
 
     // What the edit's findNode gives, sooner for the nodes of the list.
     Zk::Ptr<FXGraphNodeBase> findNode(const IdStamp& id) const {
-        auto it = made_.find(id);
-        return it != made_.end() ? it->second : edit_.findNode(id);
+        FXGraphNodeBase* made = made_.find(id);
+        return made ? Zk::Ptr<FXGraphNodeBase>(made) : edit_.findNode(id);
     }
 
     // A compound effect carries its nested edit in "edit", read as an edit of the same form.
@@ -516,7 +556,7 @@ private:
     std::vector<Alias> tracks_;
     std::vector<FXGraphNodeBase::Input*> unnamedTracks_;
     std::set<const FXGraphNodeBase*> inEvents_; // material nodes made by events
-    std::unordered_map<IdStamp, Zk::Ptr<FXGraphNodeBase>, IdStampMixHash> made_; // by the node list
+    NodeTable made_;                            // the nodes of the list, which the edit holds
     bool madeCompound_ = false;
 
     // Nodes' names and tags, one text for each that repeats: a large edit has few distinct ones,

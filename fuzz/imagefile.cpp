@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "refhost/render/ImageFileCache.h"
+#include "refhost/render/module/ImageFileCache.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static const std::string path = "/tmp/nodedesk-fuzz-image-" + std::to_string(getpid());

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "graphview/RootStacker.h"
@@ -100,6 +101,26 @@ int finish(Out& out) {
     std::_Exit(0);
 }
 
+// Node names as UTF-8. Nodes read from one file share the text of a name that repeats, so each
+// shared text is converted once; only so many are kept, for edits whose names all differ.
+class Names {
+public:
+    std::string_view of(const WString& name) {
+        auto it = known_.find(name.c_str());
+        if (it != known_.end())
+            return it->second;
+        last_ = toUtf8(name).str();
+        if (known_.size() < kMaxKept)
+            return known_.emplace(name.c_str(), last_).first->second;
+        return last_;
+    }
+
+private:
+    static constexpr size_t kMaxKept = 1024;
+    std::unordered_map<const wchar_t*, std::string> known_;
+    std::string last_;
+};
+
 struct Placed {
     FXGraphNodeBase* node;
     size_t root;
@@ -162,6 +183,7 @@ int main(int argc, char** argv) {
 
     // The nodes of each tree, each listed under the first tree that reaches it.
     std::vector<Placed> placed;
+    placed.reserve(source.records().size());
     for (size_t r = 0; r < roots.size(); ++r) {
         EditGraphIterator it = FXEditor::getIteratorFor(edit, roots[r], time, 9);
         Vector<Zk::Ptr<FXGraphNodeBase>> members;
@@ -190,13 +212,14 @@ int main(int argc, char** argv) {
     };
 
     Out out;
+    Names names;
     if (format == "dot") {
         // Positions in points, pinned, so that a Graphviz tool draws the layout as it stands.
         out << "digraph layout {\n  node [shape=box];\n";
         for (const Placed& p : placed) {
             out << "  ";
             out.id(p.node->getId()) << " [label=";
-            out.quoted(toUtf8(p.node->getName()).str());
+            out.quoted(names.of(p.node->getName()));
             out << ", pos=\"";
             out.number(p.x * 72.0) << ",";
             out.number(p.y * 72.0) << "!\"];\n";
@@ -238,10 +261,10 @@ int main(int argc, char** argv) {
         out.quoted(kindOf(p.node));
         if (!p.node->tagTypeId().empty()) {
             out << ", \"tag\": ";
-            out.quoted(p.node->tagTypeId().str());
+            out.quoted(p.node->tagTypeId().view());
         }
         out << ", \"name\": ";
-        out.quoted(toUtf8(p.node->getName()).str());
+        out.quoted(names.of(p.node->getName()));
         out << ", \"root\": ";
         out.id(roots[p.root]);
         out << ", \"x\": ";

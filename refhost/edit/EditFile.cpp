@@ -6,6 +6,9 @@
 #include <set>
 #include <sstream>
 #include <sys/stat.h>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "host/AliasedInputEffect.h"
 #include "host/CompoundEffect.h"
@@ -14,6 +17,7 @@
 #include "host/MaterialUsageNode.h"
 #include "refhost/core/Base64.h"
 #include "refhost/json/Json.h"
+#include "refhost/json/MemberSink.h"
 
 namespace EditFile {
 
@@ -24,12 +28,62 @@ ObjectCodec& codec() {
     return c;
 }
 
+class StreamedLoad;
+
+// Nodes by id in one open-addressed array, for the many lookups of a load: a node tree of the
+// standard library costs a cache miss per level of a large edit.
+class NodeTable {
+public:
+    FXGraphNodeBase* find(const IdStamp& id) const { return slots_.empty() ? nullptr : slotFor(id).node; }
+    void add(const IdStamp& id, FXGraphNodeBase* node) {
+        if ((count_ + 1) * 2 > slots_.size())
+            grow();
+        Slot& s = slotFor(id);
+        if (!s.node)
+            ++count_;
+        s = {id, node};
+    }
+
+private:
+    struct Slot {
+        IdStamp id;
+        FXGraphNodeBase* node = nullptr; // null: free
+    };
+    const Slot& slotFor(const IdStamp& id) const {
+        const size_t mask = slots_.size() - 1;
+        for (size_t i = IdStampMixHash::mix(id) & mask;; i = (i + 1) & mask)
+            if (!slots_[i].node || slots_[i].id == id)
+                return slots_[i];
+    }
+    Slot& slotFor(const IdStamp& id) { return const_cast<Slot&>(std::as_const(*this).slotFor(id)); }
+    void grow() {
+        std::vector<Slot> old(std::max<size_t>(64, slots_.size() * 2));
+        old.swap(slots_);
+        for (const Slot& s : old)
+            if (s.node)
+                slotFor(s.id) = s;
+    }
+
+    std::vector<Slot> slots_;
+    size_t count_ = 0;
+};
+
 // Turns model faults into "NAME:LINE:COLUMN: message" at the value that carries them.
 class Loader {
 public:
     Loader(const std::string& name, Edit& edit) : name_(name), edit_(edit) {}
 
     bool load(const json::Value& root) {
+        if (!head(root))
+            return false;
+        if (const json::Value* nodes = root.find("nodes"))
+            if (!nodeList(*nodes))
+                return false;
+        return tail(root);
+    }
+
+    // The edit's own fields and its materials: what the nodes rely on.
+    bool head(const json::Value& root) {
         if (!root.isObject())
             return fail(root, "expected an object at the top of an edit file");
         const json::Value* fmt = root.find("format");
@@ -56,11 +110,12 @@ public:
         edit_.setStereoscopic(stereo);
 
         if (const json::Value* mats = root.find("materials"))
-            if (!materials(*mats))
-                return false;
-        if (const json::Value* nodes = root.find("nodes"))
-            if (!nodeList(*nodes))
-                return false;
+            return materials(*mats);
+        return true;
+    }
+
+    // What follows the nodes: channels, links between nodes, times and stored objects.
+    bool tail(const json::Value& root) {
         if (const json::Value* chans = root.find("channels"))
             if (!channels(*chans))
                 return false;
@@ -84,10 +139,29 @@ public:
         return true;
     }
 
+    bool nodeList(const json::Value& list) {
+        if (!list.isArray())
+            return fail(list, "expected an array of nodes");
+        for (const auto& n : list.items())
+            if (!node(n))
+                return false;
+        return true;
+    }
+
     std::string error;
 
 private:
-    bool fail(const json::Value& at, const std::string& what) {
+    friend class StreamedLoad;
+
+    // Where a value stood in the text, kept for faults found after the value is gone.
+    struct Place {
+        int line = 0;
+        int column = 0;
+    };
+    static Place placeOf(const json::Value& v) { return {v.line, v.column}; }
+
+    bool fail(const json::Value& at, const std::string& what) { return fail(placeOf(at), what); }
+    bool fail(Place at, const std::string& what) {
         std::ostringstream s;
         s << name_ << ':' << at.line << ':' << at.column << ": " << what;
         error = s.str();
@@ -177,113 +251,118 @@ private:
         return node;
     }
 
-    bool nodeList(const json::Value& list) {
-        if (!list.isArray())
-            return fail(list, "expected an array of nodes");
-        for (const auto& n : list.items()) {
-            if (!n.isObject())
-                return fail(n, "expected a node object");
-            IdStamp nid;
-            if (!id(n, "id", nid, true))
+    bool node(const json::Value& n) {
+        if (!n.isObject())
+            return fail(n, "expected a node object");
+        IdStamp nid;
+        if (!id(n, "id", nid, true))
+            return false;
+        // The edit is new and events have added nothing yet: a node is one of the list's or
+        // inside a compound of it.
+        if (made_.find(nid) || (madeCompound_ && edit_.findNode(nid)))
+            return fail(*n.find("id"), "node " + nid.asString().str() + " is defined twice");
+        std::string kind = "effect", name, tag, file;
+        if (!optString(n, "kind", kind) || !optString(n, "name", name) || !optString(n, "tag", tag) ||
+            !optString(n, "file", file))
+            return false;
+        Zk::Ptr<FXGraphNodeBase> node;
+        if (kind == "material") {
+            std::string mat;
+            if (!optString(n, "material", mat))
                 return false;
-            if (edit_.findNode(nid))
-                return fail(*n.find("id"), "node " + nid.asString().str() + " is defined twice");
-            std::string kind = "effect", name, tag, file;
-            if (!optString(n, "kind", kind) || !optString(n, "name", name) || !optString(n, "tag", tag) ||
-                !optString(n, "file", file))
+            bool ok;
+            node = materialNode(n, nid, mat, ok);
+            if (!ok)
                 return false;
-            Zk::Ptr<FXGraphNodeBase> node;
-            if (kind == "material") {
-                std::string mat;
-                if (!optString(n, "material", mat))
-                    return false;
-                bool ok;
-                node = materialNode(n, nid, mat, ok);
-                if (!ok)
-                    return false;
-            } else if (kind == "image") {
-                auto img = Zk::make<ImageImportEffect>(nid);
-                img->setFile(String(file));
-                node = img;
-            } else if (kind == "alias") {
-                auto alias = Zk::make<AliasedInputEffect>(nid);
-                IdStamp of;
-                if (!id(n, "of", of, true))
-                    return false;
-                alias->setAliasOf(of);
-                aliases_.push_back({&n, of});
-                node = alias;
-            } else if (kind == "compound") {
-                if (!(node = compound(n, nid)))
-                    return false;
-            } else if (kind == "effect") {
-                if (tag.empty())
-                    return fail(n, "expected a \"tag\" naming the effect's type");
-                node = Zk::make<EffectInstance_opu4h5a4j>(nid);
-            } else {
-                return fail(*n.find("kind"), "expected a kind of effect, image, alias, compound or material");
-            }
-            if (!tag.empty())
-                node->setTagTypeId(String(tag));
-            if (!name.empty())
-                node->setName(toWide(String(name)));
-            bool audio = false;
-            if (!optBool(n, "audio", audio))
+        } else if (kind == "image") {
+            auto img = Zk::make<ImageImportEffect>(nid);
+            img->setFile(String(file));
+            node = img;
+        } else if (kind == "alias") {
+            auto alias = Zk::make<AliasedInputEffect>(nid);
+            IdStamp of;
+            if (!id(n, "of", of, true))
                 return false;
-            node->setChanType(audio ? kAudioChan : kVideoChan);
-            if (auto* fx = dynamic_cast<EffectInstance_opu4h5a4j*>(node.get())) {
-                bool enabled = true;
-                if (!optBool(n, "enabled", enabled))
-                    return false;
-                fx->setEnabled(enabled);
-                if (const json::Value* params = n.find("params")) {
-                    if (!params->isObject())
-                        return fail(*params, "expected an object of numeric parameters");
-                    for (const auto& [k, v] : params->members()) {
-                        if (!v.isNumber())
-                            return fail(v, "expected a number for parameter \"" + k + "\"");
-                        fx->setParam(k, v.asNumber());
-                    }
-                }
-            }
-            if (const json::Value* ins = n.find("inputs")) {
-                if (!ins->isArray())
-                    return fail(*ins, "expected an array of inputs");
-                if (!dynamic_cast<EffectInstance_opu4h5a4j*>(node.get()) || kind == "image" ||
-                    kind == "alias")
-                    return fail(*ins, "only effects have inputs");
-                node->setNumInputs(static_cast<unsigned>(ins->items().size()));
-                for (size_t i = 0; i < ins->items().size(); ++i) {
-                    const json::Value& in = ins->items()[i];
-                    if (!in.isObject())
-                        return fail(in, "expected an input object");
-                    FXGraphNodeBase::Input& slot = node->input(static_cast<unsigned>(i));
-                    if (!optBool(in, "ghost", slot.ghost))
-                        return false;
-                    // A slot named without a track gets an internal one; "track": null has none.
-                    auto* inner = dynamic_cast<CompoundEffect*>(node.get());
-                    if (const json::Value* t = in.find("track")) {
-                        if (!t->isNull() && !id(in, "track", slot.track, false))
-                            return false;
-                        if (inner && slot.track.valid() && inner->innerEdit()->getIdx(slot.track) < 0)
-                            return fail(*t, "expected a channel of the compound's inner edit");
-                        if (slot.track.valid() && !inner)
-                            tracks_.push_back({t, slot.track});
-                    } else {
-                        slot.track = IdStamp();
-                        unnamedTracks_.push_back(&slot);
-                    }
-                    if (in.find("node")) {
-                        IdStamp target;
-                        if (!id(in, "node", target, false))
-                            return false;
-                        links_.push_back({&in, node, static_cast<unsigned>(i), target});
-                    }
-                }
-            }
-            edit_.addNode(node);
+            alias->setAliasOf(of);
+            aliases_.push_back({placeOf(n), of});
+            node = alias;
+        } else if (kind == "compound") {
+            if (!(node = compound(n, nid)))
+                return false;
+            madeCompound_ = true;
+        } else if (kind == "effect") {
+            if (tag.empty())
+                return fail(n, "expected a \"tag\" naming the effect's type");
+            node = Zk::make<EffectInstance_opu4h5a4j>(nid);
+        } else {
+            return fail(*n.find("kind"), "expected a kind of effect, image, alias, compound or material");
         }
+        if (!tag.empty())
+            node->setTagTypeId(shared(tags_, tag, [](const std::string& t) { return String(t); }));
+        if (!name.empty())
+            node->setName(shared(names_, name, [](const std::string& t) { return toWide(String(t)); }));
+        bool audio = false;
+        if (!optBool(n, "audio", audio))
+            return false;
+        node->setChanType(audio ? kAudioChan : kVideoChan);
+        if (auto* fx = dynamic_cast<EffectInstance_opu4h5a4j*>(node.get())) {
+            bool enabled = true;
+            if (!optBool(n, "enabled", enabled))
+                return false;
+            fx->setEnabled(enabled);
+            if (const json::Value* params = n.find("params")) {
+                if (!params->isObject())
+                    return fail(*params, "expected an object of numeric parameters");
+                for (const auto& [k, v] : params->members()) {
+                    if (!v.isNumber())
+                        return fail(v, "expected a number for parameter \"" + k + "\"");
+                    fx->setParam(k, v.asNumber());
+                }
+            }
+        }
+        if (const json::Value* ins = n.find("inputs")) {
+            if (!ins->isArray())
+                return fail(*ins, "expected an array of inputs");
+            if (!dynamic_cast<EffectInstance_opu4h5a4j*>(node.get()) || kind == "image" || kind == "alias")
+                return fail(*ins, "only effects have inputs");
+            node->setNumInputs(static_cast<unsigned>(ins->items().size()));
+            for (size_t i = 0; i < ins->items().size(); ++i) {
+                const json::Value& in = ins->items()[i];
+                if (!in.isObject())
+                    return fail(in, "expected an input object");
+                FXGraphNodeBase::Input& slot = node->input(static_cast<unsigned>(i));
+                if (!optBool(in, "ghost", slot.ghost))
+                    return false;
+                // A slot named without a track gets an internal one; "track": null has none.
+                auto* inner = dynamic_cast<CompoundEffect*>(node.get());
+                if (const json::Value* t = in.find("track")) {
+                    if (!t->isNull() && !id(in, "track", slot.track, false))
+                        return false;
+                    if (inner && slot.track.valid() && inner->innerEdit()->getIdx(slot.track) < 0)
+                        return fail(*t, "expected a channel of the compound's inner edit");
+                    if (slot.track.valid() && !inner)
+                        tracks_.push_back({placeOf(*t), slot.track});
+                } else {
+                    slot.track = IdStamp();
+                    unnamedTracks_.push_back(&slot);
+                }
+                if (in.find("node")) {
+                    IdStamp target;
+                    if (!id(in, "node", target, false))
+                        return false;
+                    links_.push_back({placeOf(in), node, static_cast<unsigned>(i), target});
+                }
+            }
+        }
+        edit_.addNode(node);
+        made_.add(nid, node.get());
         return true;
+    }
+
+    // What the edit's findNode gives, sooner for the nodes of the list.
+    Zk::Ptr<FXGraphNodeBase> findNode(const IdStamp& id) const {
+        FXGraphNodeBase* made = made_.find(id);
+        return made ? Zk::Ptr<FXGraphNodeBase>(made) : edit_.findNode(id);
     }
 
     // A compound effect carries its nested edit in "edit", read as an edit of the same form.
@@ -421,20 +500,20 @@ private:
 
     bool resolveLinks() {
         for (const auto& l : links_) {
-            auto target = edit_.findNode(l.target);
+            Zk::Ptr<FXGraphNodeBase> target = findNode(l.target);
             if (!target)
-                return fail(*l.at, "node " + l.target.asString().str() + " is not defined");
+                return fail(l.at, "node " + l.target.asString().str() + " is not defined");
             l.node->input(l.input).node = target;
         }
         for (const auto& a : aliases_)
             if (!edit_.findNode(a.of))
-                return fail(*a.at,
+                return fail(a.at,
                             "the alias repeats node " + a.of.asString().str() + ", which is not defined");
         for (const auto& t : tracks_) {
             edit_.noteTrackId(t.of);
             if (edit_.getIdx(t.of) < 0 && !(t.of.a() == 0 && t.of.b() == 1))
-                return fail(*t.at, "track " + t.of.asString().str() +
-                                       " is neither a channel of the edit nor an internal track (0.1.n)");
+                return fail(t.at, "track " + t.of.asString().str() +
+                                      " is neither a channel of the edit nor an internal track (0.1.n)");
         }
         for (FXGraphNodeBase::Input* slot : unnamedTracks_)
             slot->track = edit_.newTrackId();
@@ -460,13 +539,13 @@ private:
     }
 
     struct Link {
-        const json::Value* at;
+        Place at;
         Zk::Ptr<FXGraphNodeBase> node;
         unsigned input;
         IdStamp target;
     };
     struct Alias {
-        const json::Value* at;
+        Place at;
         IdStamp of;
     };
 
@@ -477,11 +556,79 @@ private:
     std::vector<Alias> tracks_;
     std::vector<FXGraphNodeBase::Input*> unnamedTracks_;
     std::set<const FXGraphNodeBase*> inEvents_; // material nodes made by events
+    NodeTable made_;                            // the nodes of the list, which the edit holds
+    bool madeCompound_ = false;
+
+    // Nodes' names and tags, one text for each that repeats: a large edit has few distinct ones,
+    // and a string's copies share its text until one is changed. Only the first kMaxShared
+    // distinct texts are kept, so that an edit of all-different names costs no more than before.
+    static constexpr size_t kMaxShared = 4096;
+    template <class S, class Make>
+    static S shared(std::unordered_map<std::string, S>& known, const std::string& text, Make make) {
+        auto it = known.find(text);
+        if (it != known.end())
+            return it->second;
+        S made = make(text);
+        if (known.size() < kMaxShared)
+            known.emplace(text, made);
+        return made;
+    }
+    std::unordered_map<std::string, String> tags_;
+    std::unordered_map<std::string, WString> names_;
 };
 
 json::Value idValue(const IdStamp& id) {
     return json::Value::string(id.asString().str());
 }
+
+// Reads an edit's text without holding its nodes as a document: each node is made as soon as it is
+// read and its text let go. The load reads the edit's own fields and materials before the nodes,
+// so this gives what Loader::load gives on the whole document as long as those members stand
+// before the nodes in the text, as the writer puts them. When one stands after them, or anything
+// at all fails, the read is given up and the caller reads the document whole, which also words the
+// fault exactly as it always has.
+class StreamedLoad : public json::MemberSink {
+public:
+    StreamedLoad(const std::string& name, Edit& edit) : loader_(name, edit) {}
+
+    bool streamsItems(const std::string& key) override { return key == "nodes" && !nodesRead_; }
+
+    bool item(const std::string&, json::Value node) override { return readHead() && loader_.node(node); }
+
+    bool member(std::string key, json::Value value) override {
+        if (nodesRead_ && readBeforeNodes(key))
+            return false;
+        if (key == "nodes") {
+            nodesRead_ = true;
+            return readHead() && loader_.nodeList(value);
+        }
+        others_.set(key, std::move(value));
+        return true;
+    }
+
+    // Once the whole text is read.
+    bool finish() { return readHead() && loader_.tail(others_); }
+
+private:
+    static bool readBeforeNodes(const std::string& key) {
+        return key == "format" || key == "version" || key == "name" || key == "cookie" ||
+               key == "stereoscopic" || key == "materials" || key == "nodes";
+    }
+    bool readHead() {
+        if (!headRead_) {
+            headRead_ = true;
+            headOk_ = loader_.head(others_);
+        }
+        return headOk_;
+    }
+
+    Loader loader_;
+    json::Value others_ =
+        json::Value::object(); // every member but the nodes; a repeated name keeps its last value
+    bool nodesRead_ = false;
+    bool headRead_ = false;
+    bool headOk_ = false;
+};
 
 } // namespace
 
@@ -490,6 +637,13 @@ void setObjectCodec(const ObjectCodec& c) {
 }
 
 namespace {
+
+// Reads `text` into `fresh` as it goes; false when the whole document must be read instead.
+bool streamInto(const std::string& text, const std::string& name, Edit& fresh) {
+    StreamedLoad load(name, fresh);
+    json::ParseError pe;
+    return json::parseMembers(text, load, pe) && load.finish();
+}
 
 // Reads `text` into `fresh`, an edit that nobody else sees yet. `owner`, when given, holds the
 // text and is emptied once it is parsed, so that the text and the model are never held together.
@@ -545,6 +699,17 @@ bool readFile(const std::string& path, std::string& text, std::string& error) {
 
 bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
     Zk::Ptr<Edit> fresh = Zk::make<Edit>();
+    if (!streamInto(text, name, *fresh)) {
+        fresh = Zk::make<Edit>();
+        if (!loadInto(text, nullptr, name, *fresh, error))
+            return false;
+    }
+    into.copyStateFrom(*fresh);
+    return true;
+}
+
+bool loadWholeFromText(const std::string& text, const std::string& name, Edit& into, std::string& error) {
+    Zk::Ptr<Edit> fresh = Zk::make<Edit>();
     if (!loadInto(text, nullptr, name, *fresh, error))
         return false;
     into.copyStateFrom(*fresh);
@@ -560,7 +725,12 @@ EditPtr open(const std::string& path, std::string& error) {
     // A new edit is read in place: no copy of what was read.
     EditPtr e(new Edit());
     std::string text;
-    if (!readFile(path, text, error) || !loadInto(text, &text, path, *e, error))
+    if (!readFile(path, text, error))
+        return EditPtr();
+    if (streamInto(text, path, *e))
+        return e;
+    e = EditPtr(new Edit());
+    if (!loadInto(text, &text, path, *e, error))
         return EditPtr();
     return e;
 }

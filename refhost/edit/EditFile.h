@@ -35,8 +35,13 @@ inline constexpr uint64_t kMaxFileBytes = uint64_t{256} << 20;
 
 // Reads an edit from a file into `into`; on failure `into` is untouched.
 bool load(const std::string& path, Edit& into, std::string& error);
-// The same from text; `name` is used in error messages.
+// The same from text; `name` is used in error messages. Nodes are made as they are read, so that
+// a large edit's text is never held as a document as well.
 bool loadFromText(const std::string& text, const std::string& name, Edit& into, std::string& error);
+// The same, reading the text as one document first: what loadFromText does when members stand in
+// an order it cannot follow as it reads, or the text is at fault. Both give the same edit and the
+// same errors.
+bool loadWholeFromText(const std::string& text, const std::string& name, Edit& into, std::string& error);
 // Opens a file as a new edit, or null with the error.
 EditPtr open(const std::string& path, std::string& error);
 

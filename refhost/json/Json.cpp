@@ -1,6 +1,8 @@
 // The document model, read through RapidJSON's event reader and written with its token writer.
 #include "refhost/json/Json.h"
 
+#include "refhost/json/MemberSink.h"
+
 #include <rapidjson/reader.h>
 #include <rapidjson/writer.h>
 
@@ -130,10 +132,13 @@ void Value::setMembers(Members members) {
 
 namespace {
 
-// Builds the document from the reader's events, each value in place at its parent's end.
+// Builds the document from the reader's events, each value in place at its parent's end. With a
+// sink, the top-level object's members (or the items of a streamed member) go to the sink as each
+// is complete instead.
 class Builder {
 public:
-    Builder(const std::string& text, TextStream& stream) : text_(text), stream_(stream) {}
+    Builder(const std::string& text, TextStream& stream, MemberSink* sink)
+        : text_(text), stream_(stream), sink_(sink) {}
 
     bool Null() { return add(Value(), literalStart(4)); }
     bool Bool(bool b) { return add(Value::boolean(b), literalStart(b ? 4 : 5)); }
@@ -173,10 +178,13 @@ private:
     struct Open {
         Value value;
         bool object = false;
-        std::string key; // the name of the member being read, in an object
+        std::string key;       // the name of the member being read, in an object
+        bool streamed = false; // an array whose items go to the sink
         Value::Items items;
         Value::Members members;
     };
+
+    bool told(bool goOn) { return goOn || fault(stream_.Tell(), std::string()); }
 
     bool fault(size_t at, std::string why) {
         stopped = true;
@@ -214,9 +222,14 @@ private:
         size_t at = stream_.Tell();
         if (open_.size() >= static_cast<size_t>(kMaxDepth))
             return fault(at, "nesting is deeper than " + std::to_string(kMaxDepth) + " levels");
+        if (sink_ && open_.empty() && type != Value::Object)
+            return fault(at, "expected an object at the top of the document");
+        const bool streamed =
+            sink_ && open_.size() == 1 && type == Value::Array && sink_->streamsItems(open_.back().key);
         open_.emplace_back();
         Open& o = open_.back();
         o.object = type == Value::Object;
+        o.streamed = streamed;
         place(at, o.value);
         return true;
     }
@@ -233,6 +246,8 @@ private:
     }
 
     bool add(Value v, size_t at) {
+        if (sink_ && open_.empty())
+            return fault(at, "expected an object at the top of the document");
         place(at, v);
         return finish(std::move(v));
     }
@@ -243,6 +258,10 @@ private:
             return true;
         }
         Open& o = open_.back();
+        if (sink_ && open_.size() == 1)
+            return told(sink_->member(std::move(o.key), std::move(v)));
+        if (o.streamed)
+            return told(sink_->item(open_.front().key, std::move(v)));
         if (o.object)
             o.members.emplace_back(std::move(o.key), std::move(v));
         else
@@ -284,6 +303,7 @@ private:
 
     const std::string& text_;
     TextStream& stream_;
+    MemberSink* sink_;
     std::vector<Open> open_;
     size_t counted_ = 0;
     size_t lineStart_ = 0;
@@ -441,9 +461,11 @@ void writeValue(std::string& out, Tokens& tokens, const Value& v, int indent) {
 
 } // namespace
 
-bool parse(const std::string& text, Value& out, ParseError& error) {
+namespace {
+
+bool run(const std::string& text, MemberSink* sink, Value* out, ParseError& error) {
     TextStream stream{text.data(), text.data(), text.data() + text.size()};
-    Builder builder(text, stream);
+    Builder builder(text, stream, sink);
     rapidjson::Reader reader;
     // Iterative: the depth of the text never becomes the depth of the call stack.
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag |
@@ -469,7 +491,8 @@ bool parse(const std::string& text, Value& out, ParseError& error) {
                (text[at] == ' ' || text[at] == '\t' || text[at] == '\r' || text[at] == '\n'))
             ++at;
         if (at == text.size()) {
-            out = std::move(builder.root);
+            if (out)
+                *out = std::move(builder.root);
             return true;
         }
         why = "expected the end of the document";
@@ -477,6 +500,16 @@ bool parse(const std::string& text, Value& out, ParseError& error) {
     lineColumn(text, at, error.line, error.column);
     error.message = why;
     return false;
+}
+
+} // namespace
+
+bool parse(const std::string& text, Value& out, ParseError& error) {
+    return run(text, nullptr, &out, error);
+}
+
+bool parseMembers(const std::string& text, MemberSink& sink, ParseError& error) {
+    return run(text, &sink, nullptr, error);
 }
 
 std::string write(const Value& v) {

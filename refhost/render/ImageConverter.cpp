@@ -1,9 +1,7 @@
-// Scaling of surfaces, with filtering.
+// Scaling of surfaces, with the render module's filtering.
 #include "host/ImageConverter.h"
 
-#include <OpenImageIO/imagebufalgo.h>
-
-#include "refhost/render/SurfacePixels.h"
+#include "refhost/render/RenderModule.h"
 
 Zk::Ptr<Zk::Image::Surface> ImageConverter::resize(const Zk::Image::Surface& src, int width, int height) {
     if (width <= 0 || height <= 0)
@@ -11,8 +9,6 @@ Zk::Ptr<Zk::Image::Surface> ImageConverter::resize(const Zk::Image::Surface& src
     // The scaled picture is of no video format: its size is no longer the format's.
     if (src.empty())
         return Zk::make<Zk::Image::Surface>(width, height, 0u);
-    OIIO::ImageBuf scaled(OIIO::ImageSpec(width, height, 4, OIIO::TypeDesc::FLOAT));
-    if (!OIIO::ImageBufAlgo::resize(scaled, RenderPixels::fromSurface(src)))
-        return nullptr;
-    return RenderPixels::toSurface(scaled);
+    const RenderModuleEntry* module = RenderModule::entry();
+    return module ? module->resize(src, width, height) : nullptr;
 }

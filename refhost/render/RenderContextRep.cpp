@@ -12,8 +12,7 @@
 #include "host/Edit.h"
 #include "host/ImageImportEffect.h"
 #include "host/MaterialUsageNode.h"
-#include "refhost/render/GraphRenderer.h"
-#include "refhost/render/ImageFileCache.h"
+#include "refhost/render/RenderModule.h"
 
 namespace Render {
 
@@ -24,7 +23,8 @@ namespace {
 void appendFile(std::string& key, const String& name) {
     key += "f:";
     key += name.str();
-    const std::string path = ImageFileCache::instance().resolve(name.str());
+    const RenderModuleEntry* module = RenderModule::entry();
+    const std::string path = module ? module->resolveImage(name.str()) : std::string();
     std::error_code ec;
     if (!path.empty()) {
         const auto when = std::filesystem::last_write_time(path, ec);
@@ -59,8 +59,7 @@ public:
         key_ += buf;
         // A node met again on its own path is a cycle, and one met before elsewhere is already
         // told in full: only its name is written again.
-        if (onPath_.count(node.get()) || !told_.insert(node.get()).second ||
-            level > GraphRenderer::kMaxDepth) {
+        if (onPath_.count(node.get()) || !told_.insert(node.get()).second || level > kMaxStillDepth) {
             key_ += "]";
             return;
         }

@@ -1,11 +1,9 @@
-// The render service for stills.
+// The render service for stills: checks what is asked, then hands it to the render module.
 #include "host/VidRenderUtils.h"
 
 #include "host/Edit.h"
-#include "refhost/render/GraphRenderer.h"
+#include "refhost/render/RenderModule.h"
 #include "refhost/render/StillsLru.h"
-#include "refhost/render/SurfacePixels.h"
-#include "refhost/render/ViewTransform.h"
 
 namespace Render {
 
@@ -23,18 +21,8 @@ Zk::Ptr<Zk::Image::Surface> VidRenderUtils::renderStill(const RenderContextRep& 
     if (!it.isValid() || !it.getEditH() || m.width <= 0 || m.height <= 0 || m.width > kMaxSide ||
         m.height > kMaxSide || int64_t(m.width) * m.height > kMaxPixels)
         return nullptr;
-    GraphRenderer renderer(m.width, m.height, it.getEditH()->getVideoMetadata().height);
-    GraphRenderer::Picture picture = renderer.render(it);
-    if (!picture)
-        return nullptr;
-    Zk::Ptr<Zk::Image::Surface> still;
-    if (!context.viewLUT().empty()) {
-        OIIO::ImageBuf viewed = picture->copy(OIIO::TypeDesc::FLOAT);
-        ViewTransform::instance().apply(context.viewLUT().str(), viewed);
-        still = RenderPixels::toSurface(viewed);
-    } else {
-        still = RenderPixels::toSurface(*picture);
-    }
+    const RenderModuleEntry* module = RenderModule::entry();
+    Zk::Ptr<Zk::Image::Surface> still = module ? module->renderStill(context) : nullptr;
     if (still)
         still->setFormatUID(m.formatUID);
     return still;

@@ -77,6 +77,18 @@ TEST(LayoutProgram, BadInputGivesOneLineAndCodeTwo) {
     }
 }
 
+TEST(LayoutProgram, LoadsNoImageOrColourLibraries) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "sanitizer builds load the render module up front";
+#endif
+    // The loader tells each library it loads, the render module's among them were it loaded.
+    ProgramRun r = run("nodedesk-layout " + sample("mattes.edit.json") + " --time 2", "LD_DEBUG=libs");
+    ASSERT_EQ(r.code, 0) << r.out.substr(0, 2000);
+    ASSERT_NE(r.out.find("libnodedesk_host.so"), std::string::npos) << "the loader spoke";
+    for (const char* lib : {"libnodedesk_render", "libOpenImageIO", "libOpenColorIO"})
+        EXPECT_EQ(r.out.find(lib), std::string::npos) << lib;
+}
+
 TEST(StrmProgram, ReadsTheObjectsOfAnEditFile) {
     ProgramRun r = run("nodedesk-strm " + sample("positions.edit.json"));
     ASSERT_EQ(r.code, 0) << r.out;

@@ -5,7 +5,10 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <vector>
 
+#include "refhost/edit/EditGenerator.h"
 #include "refhost/json/Json.h"
 
 namespace {
@@ -118,5 +121,63 @@ TEST(EditFile, HalfASurrogatePairIsRefused) {
     EXPECT_FALSE(EditFile::loadFromText("{\"name\": \"a\\udcffb\"}", "t.json", e, error));
     EXPECT_EQ(error, "t.json:1:18: expected the first half of a surrogate pair before its second");
     EXPECT_TRUE(EditFile::loadFromText("{\"name\": \"a\\ud83d\\ude00b\"}", "t.json", e, error)) << error;
-    EXPECT_EQ(toUtf8(e.name()).str(), "a\xF0\x9F\x98\x80" "b");
+    EXPECT_EQ(toUtf8(e.name()).str(), "a\xF0\x9F\x98\x80"
+                                      "b");
+}
+
+namespace {
+// What a read gives: its error, or the edit as saved text.
+std::string readBy(bool whole, const std::string& text) {
+    Edit e;
+    std::string error;
+    const bool ok = whole ? EditFile::loadWholeFromText(text, "t.json", e, error)
+                          : EditFile::loadFromText(text, "t.json", e, error);
+    return ok ? EditFile::saveToText(e) : "error " + error;
+}
+} // namespace
+
+TEST(EditFile, ReadingAsItGoesGivesWhatReadingWholeGives) {
+    std::vector<std::string> texts;
+    for (const char* name :
+         {"showcase.edit.json", "positions.edit.json", "shared.edit.json", "audio.edit.json"}) {
+        std::ifstream f(sample(name), std::ios::binary);
+        texts.emplace_back(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
+        ASSERT_GT(texts.back().size(), 100u) << name;
+    }
+    GeneratorOptions options;
+    options.nodes = 400;
+    options.sharedLinks = 0.3;
+    texts.push_back(EditFile::saveToText(*generateEdit(options)));
+
+    const std::string mat = "\"materials\": [{\"cookie\": \"M1.0.1\", \"name\": \"m\"}]";
+    const std::string nodes =
+        "\"nodes\": [{\"id\": \"1.0.1\", \"tag\": \"T\", \"inputs\": [{\"node\": \"1.0.2\"}, {}]},"
+        " {\"id\": \"1.0.2\", \"kind\": \"material\", \"material\": \"M1.0.1\"}]";
+    const std::string chans =
+        "\"channels\": [{\"id\": \"2.0.1\", \"events\": [{\"start\": 0, \"end\": 4, \"graph\": "
+        "\"1.0.1\"}, {\"start\": 4, \"end\": 6, \"material\": \"M1.0.1\"}]}]";
+    // Members in the writer's order and in orders the read cannot follow as it goes.
+    texts.push_back("{" + mat + ", " + nodes + ", " + chans + "}");
+    texts.push_back("{" + chans + ", " + mat + ", " + nodes + ", \"end\": 9}");
+    texts.push_back("{" + nodes + ", " + mat + ", " + chans + "}");
+    texts.push_back("{" + mat + ", " + nodes + ", \"name\": \"late\", " + chans + "}");
+    texts.push_back("{" + mat + ", " + nodes + ", " + chans + ", \"nodes\": []}");
+    texts.push_back("{\"nodes\": [], " + mat + ", " + nodes + "}");
+    texts.push_back("{" + mat + ", \"nodes\": {}}");
+    // Faults: the first in the read's order is told, whatever stands first in the text.
+    texts.push_back("{" + mat + ", \"nodes\": [{\"id\": \"1.0.1\"}], \"format\": \"other\"}");
+    texts.push_back("{" + mat + ", \"nodes\": [{\"id\": \"1.0.1\"}], " + chans + ", ]");
+    texts.push_back(
+        "{\"nodes\": [{\"id\": \"1.0.1\", \"tag\": \"T\", \"inputs\": [{\"node\": \"9.0.9\"}]}], " + chans +
+        "}");
+    texts.push_back("{" + mat + ", " + nodes + ", \"start\": 8, \"end\": 2}");
+    texts.push_back("{" + mat + ", " + nodes + ", \"objects\": {\"X\": \"@\"}}");
+    texts.push_back("{\"nodes\": [{\"id\": \"1.0.1\", \"kind\": \"compound\", \"edit\": {\"nodes\": "
+                    "[{\"id\": \"1.0.1\"}]}}]}");
+    texts.push_back("[" + nodes.substr(9) + "]");
+
+    for (size_t i = 0; i < texts.size(); ++i) {
+        const std::string whole = readBy(true, texts[i]);
+        EXPECT_EQ(readBy(false, texts[i]), whole) << "text " << i << ": " << texts[i].substr(0, 200);
+    }
 }

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "refhost/core/Base64.h"
+#include "refhost/json/MemberSink.h"
 
 namespace {
 std::string fault(const std::string& text) {
@@ -75,6 +76,85 @@ TEST(Json, ValuesKnowWhereTheyBegin) {
     EXPECT_EQ(c->asNumber(), -25.0);
     EXPECT_EQ(std::make_pair(c->line, c->column), std::make_pair(3, 13));
     EXPECT_EQ(doc.find("a")->asNumber(), 7.0) << "a repeated name reads as its last value";
+}
+
+namespace {
+// Keeps what it is told, as "key@line:column" marks, streaming the members named `streamed`.
+struct Recorder : json::MemberSink {
+    std::string streamed;
+    std::vector<std::string> told;
+    json::Value::Items items;
+    size_t stopAfter = SIZE_MAX;
+
+    bool streamsItems(const std::string& key) override { return key == streamed; }
+    bool item(const std::string& key, json::Value v) override {
+        told.push_back(key + "[]@" + std::to_string(v.line) + ":" + std::to_string(v.column));
+        items.push_back(std::move(v));
+        return told.size() < stopAfter;
+    }
+    bool member(std::string key, json::Value v) override {
+        told.push_back(
+            key + "@" + std::to_string(v.line) + ":" + std::to_string(v.column) + " " +
+            (v.isArray() ? std::to_string(v.items().size()) + " items" : json::write(v).substr(0, 1)));
+        return told.size() < stopAfter;
+    }
+};
+} // namespace
+
+TEST(Json, MembersComeInTextOrderWithStreamedItemsOneByOne) {
+    const std::string text = "{\"a\": 1,\n \"big\": [{\"x\": [1, 2]},\n   [3], 4],\n \"small\": [5, 6],"
+                             " \"a\": {\"big\": [7]}}";
+    Recorder r;
+    r.streamed = "big";
+    json::ParseError e;
+    ASSERT_TRUE(json::parseMembers(text, r, e)) << e.message;
+    const std::vector<std::string> expect{"a@1:7 1",         "big[]@2:10",         "big[]@3:4", "big[]@3:9",
+                                          "big@2:9 0 items", "small@4:11 2 items", "a@4:24 {"};
+    EXPECT_EQ(r.told, expect)
+        << "only a top-level member of that name streams, its items placed as parse places them";
+    json::Value whole;
+    ASSERT_TRUE(json::parse(text, whole, e));
+    json::Value streamedItems = json::Value::array();
+    streamedItems.setItems(r.items);
+    const json::Value* big = &whole.members()[1].second;
+    EXPECT_EQ(json::write(streamedItems), json::write(*big));
+
+    // The sink can stop the read; that is no fault of the text.
+    Recorder stopper;
+    stopper.streamed = "big";
+    stopper.stopAfter = 2;
+    EXPECT_FALSE(json::parseMembers(text, stopper, e));
+    EXPECT_EQ(stopper.told.size(), 2u);
+    EXPECT_TRUE(e.message.empty());
+    EXPECT_EQ(std::make_pair(e.line, e.column), std::make_pair(2, 22)) << "where the first item ends";
+}
+
+TEST(Json, MemberReadsFaultAsTheWholeReadDoes) {
+    // Faults after members were told, inside a streamed array, in nesting, and past the end.
+    const char* texts[] = {"{\"a\": 1, \"big\": [1, 2,", "{\"big\": [1, {\"x\": tru}]}",
+                           "{\"a\": [1] \"b\": 2}", "{\"big\": []} x", "{\"a\": \"\\udc00\"}"};
+    for (const char* text : texts) {
+        Recorder r;
+        r.streamed = "big";
+        json::ParseError members;
+        EXPECT_FALSE(json::parseMembers(text, r, members)) << text;
+        EXPECT_EQ(std::to_string(members.line) + ":" + std::to_string(members.column) + ": " +
+                      members.message,
+                  fault(text))
+            << text;
+    }
+    std::string deep = "{\"big\": " + std::string(json::kMaxDepth, '[');
+    Recorder r;
+    r.streamed = "big";
+    json::ParseError e;
+    EXPECT_FALSE(json::parseMembers(deep, r, e));
+    EXPECT_NE(e.message.find("nesting is deeper"), std::string::npos);
+    for (const char* top : {"[1]", "3", "\"s\"", "null"}) {
+        Recorder t;
+        EXPECT_FALSE(json::parseMembers(top, t, e)) << top;
+        EXPECT_EQ(e.message, "expected an object at the top of the document") << top;
+        EXPECT_TRUE(t.told.empty());
+    }
 }
 
 TEST(Json, WrittenTextReadsBackToTheSameValues) {

@@ -3,8 +3,8 @@
 
 #include "host/CurrentProject.h"
 #include "host/Log.h"
-#include "refhost/render/SurfacePixels.h"
-#include "refhost/render/ViewTransform.h"
+#include "refhost/render/module/SurfacePixels.h"
+#include "refhost/render/module/ViewTransform.h"
 #include "tests/render/RenderTestSupport.h"
 
 using namespace rendertest;

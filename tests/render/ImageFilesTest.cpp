@@ -9,7 +9,7 @@
 #include "host/MaterialManager.h"
 #include "host/VobManager.h"
 #include "host/ZkImageCache.h"
-#include "refhost/render/ImageFileCache.h"
+#include "refhost/render/module/ImageFileCache.h"
 #include "tests/render/RenderTestSupport.h"
 
 using namespace rendertest;

@@ -12,10 +12,10 @@
 #include "host/Log.h"
 #include "host/VobManager.h"
 #include "refhost/edit/EditFile.h"
-#include "refhost/render/EffectOperations.h"
-#include "refhost/render/GeneratedPictures.h"
-#include "refhost/render/ImageFileCache.h"
-#include "refhost/render/SurfacePixels.h"
+#include "refhost/render/module/EffectOperations.h"
+#include "refhost/render/module/GeneratedPictures.h"
+#include "refhost/render/module/ImageFileCache.h"
+#include "refhost/render/module/SurfacePixels.h"
 #include "tests/render/RenderTestSupport.h"
 
 using namespace rendertest;

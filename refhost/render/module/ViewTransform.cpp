@@ -1,5 +1,5 @@
 // The view transform through the colour-management library.
-#include "refhost/render/ViewTransform.h"
+#include "refhost/render/module/ViewTransform.h"
 
 #include <OpenColorIO/OpenColorIO.h>
 #include <OpenImageIO/imagebufalgo.h>

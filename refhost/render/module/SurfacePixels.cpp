@@ -1,5 +1,5 @@
 // Conversions between surfaces and working images.
-#include "refhost/render/SurfacePixels.h"
+#include "refhost/render/module/SurfacePixels.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // Image files read into surfaces with the image library's readers.
-#include "refhost/render/ImageFileCache.h"
+#include "refhost/render/module/ImageFileCache.h"
 
 #include <OpenImageIO/imageio.h>
 
@@ -13,12 +13,6 @@
 #include "host/Log.h"
 
 namespace fs = std::filesystem;
-
-namespace ZkImage {
-Cache& Cache::instance() {
-    return ImageFileCache::instance();
-}
-} // namespace ZkImage
 
 ImageFileCache& ImageFileCache::instance() {
     static ImageFileCache cache;

@@ -1,5 +1,5 @@
 // Evaluation of an effect graph into a picture.
-#include "refhost/render/GraphRenderer.h"
+#include "refhost/render/module/GraphRenderer.h"
 
 #include <OpenImageIO/imagebufalgo.h>
 
@@ -13,9 +13,9 @@
 #include "host/MaterialManager.h"
 #include "host/MaterialUsageNode.h"
 #include "host/ZkImageCache.h"
-#include "refhost/render/EffectOperations.h"
-#include "refhost/render/GeneratedPictures.h"
-#include "refhost/render/SurfacePixels.h"
+#include "refhost/render/module/EffectOperations.h"
+#include "refhost/render/module/GeneratedPictures.h"
+#include "refhost/render/module/SurfacePixels.h"
 
 GraphRenderer::GraphRenderer(int width, int height, int editHeight)
     : width_(width), height_(height),

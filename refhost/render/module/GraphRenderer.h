@@ -23,6 +23,7 @@
 #include <set>
 
 #include "host/EditGraphIterator.h"
+#include "refhost/render/RenderModule.h"
 
 class GraphRenderer {
 public:
@@ -32,7 +33,7 @@ public:
 
     using Picture = std::shared_ptr<const OIIO::ImageBuf>;
     // Nodes more than this many links below the still's node give nothing: the walk recurses.
-    static constexpr int kMaxDepth = 256;
+    static constexpr int kMaxDepth = kMaxStillDepth;
 
     // The picture of the iterator's node (shared with the pictures of the render, not to be
     // changed); null when it cannot be made.

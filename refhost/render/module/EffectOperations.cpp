@@ -1,5 +1,5 @@
 // The image operations behind the effect tags.
-#include "refhost/render/EffectOperations.h"
+#include "refhost/render/module/EffectOperations.h"
 
 #include <OpenImageIO/Imath.h>
 #include <OpenImageIO/imagebufalgo.h>
@@ -10,7 +10,7 @@
 #include <map>
 #include <string>
 
-#include "refhost/render/SurfacePixels.h"
+#include "refhost/render/module/SurfacePixels.h"
 
 namespace EffectOperations {
 

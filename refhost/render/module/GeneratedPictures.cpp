@@ -1,12 +1,12 @@
 // Generated test pictures.
-#include "refhost/render/GeneratedPictures.h"
+#include "refhost/render/module/GeneratedPictures.h"
 
 #include <OpenImageIO/imagebufalgo.h>
 
 #include <algorithm>
 #include <array>
 
-#include "refhost/render/SurfacePixels.h"
+#include "refhost/render/module/SurfacePixels.h"
 
 namespace GeneratedPictures {
 

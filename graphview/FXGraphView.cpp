@@ -33,8 +33,6 @@ template class ValManager<double, FXGraphView>;
 
 namespace {
 
-constexpr double kNoTime = 1e99;
-
 StandardPanel::InitArgs panelArgs(const FXGraphView::InitArgs& a) {
     StandardPanel::InitArgs p(a.width, a.height, Border(0, 0, 15));
     p.canvas = a.canvas;

@@ -1,8 +1,8 @@
 // The layout tool end to end on a generated edit of 100,000 nodes: the program is run as a user
 // runs it, its loading, layout and output to /dev/null included, and measured from outside:
 //   wall_s    wall-clock time from start to exit
-//   peak_MiB  the process's peak resident memory, in units of 2^20 bytes
-//   ok        1 when both are within what the tool aims for (1 s, 200 MiB), else 0
+//   peak_MB   the process's peak resident memory, in millions of bytes
+//   ok        1 when both are within what the tool aims for (1 s, 200 MB), else 0
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -19,7 +19,7 @@
 namespace {
 
 constexpr double kWallLimitS = 1.0;
-constexpr double kPeakLimitMiB = 200.0;
+constexpr double kPeakLimitMB = 200.0;
 
 std::string ownFolder() {
     char buf[4096];
@@ -81,8 +81,9 @@ void BM_LayoutTool(benchmark::State& state) {
     }
     std::remove(path.c_str());
     state.counters["wall_s"] = worstWall;
-    state.counters["peak_MiB"] = worstPeak;
-    state.counters["ok"] = worstWall < kWallLimitS && worstPeak < kPeakLimitMiB ? 1 : 0;
+    const double peakMB = worstPeak * 1048576.0 / 1e6;
+    state.counters["peak_MB"] = peakMB;
+    state.counters["ok"] = worstWall < kWallLimitS && peakMB < kPeakLimitMB ? 1 : 0;
 }
 BENCHMARK(BM_LayoutTool)->Arg(100000)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
 

@@ -4,12 +4,7 @@
 #include <cstdint>
 
 size_t NodeUIRecIndex::home(const IdStamp& id) const {
-    uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
-    h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
-    h ^= h >> 31;
-    h *= 0xBF58476D1CE4E5B9ull;
-    h ^= h >> 29;
-    return static_cast<size_t>(h) & (slots_.size() - 1);
+    return static_cast<size_t>(IdStampMixHash::mix(id)) & (slots_.size() - 1);
 }
 
 size_t NodeUIRecIndex::slotOf(const IdStamp& id) const {

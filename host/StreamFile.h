@@ -102,17 +102,18 @@ private:
     }
     template <class T>
     bool takeLittleEndian(T& v) {
-        unsigned char b[sizeof(T)];
-        if (!take(b, sizeof(T)))
-            return false;
+        if (remaining() < sizeof(T))
+            return takeShort();
+        const char* at = bytes_.data() + pos_;
         if constexpr (std::endian::native == std::endian::little) {
-            std::memcpy(&v, b, sizeof(T));
+            std::memcpy(&v, at, sizeof(T));
         } else {
             uint64_t x = 0;
             for (std::size_t i = 0; i < sizeof(T); ++i)
-                x |= uint64_t{b[i]} << (8 * i);
+                x |= uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
             v = static_cast<T>(x);
         }
+        pos_ += sizeof(T);
         return true;
     }
     template <class T>

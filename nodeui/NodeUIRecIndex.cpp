@@ -16,13 +16,22 @@ size_t NodeUIRecIndex::slotOf(const IdStamp& id) const {
 }
 
 NodeUIRecBase* NodeUIRecIndex::find(const IdStamp& id) const {
-    return slots_.empty() ? nullptr : slots_[slotOf(id)].rec;
+    if (slots_.empty())
+        return nullptr;
+    const size_t i = slotOf(id);
+    if (!slots_[i].rec) {
+        missedId_ = id;
+        missedSlot_ = i;
+        missed_ = true;
+    }
+    return slots_[i].rec;
 }
 
 bool NodeUIRecIndex::insert(const IdStamp& id, NodeUIRecBase* rec) {
     if ((used_ + 1) * 2 > slots_.size())
         rehash(slots_.empty() ? 16 : slots_.size() * 2);
-    Slot& s = slots_[slotOf(id)];
+    Slot& s = slots_[missed_ && missedId_ == id ? missedSlot_ : slotOf(id)];
+    missed_ = false;
     if (s.rec)
         return false;
     s.id = id;
@@ -49,12 +58,14 @@ bool NodeUIRecIndex::erase(const IdStamp& id, const NodeUIRecBase* rec) {
     }
     slots_[i] = Slot();
     --used_;
+    missed_ = false;
     return true;
 }
 
 void NodeUIRecIndex::clear() {
     slots_.clear();
     used_ = 0;
+    missed_ = false;
 }
 
 void NodeUIRecIndex::reserve(size_t n) {
@@ -66,6 +77,7 @@ void NodeUIRecIndex::reserve(size_t n) {
 }
 
 void NodeUIRecIndex::rehash(size_t slots) {
+    missed_ = false;
     std::vector<Slot> old(slots);
     old.swap(slots_);
     for (const Slot& s : old)

@@ -49,13 +49,14 @@ bool StreamFile::save(const std::string& path, std::string& error) const {
     return true;
 }
 
-// Past the room at the end: the room grows to twice what it was (or to what was reserved),
-// and a gap between the end and the position is filled with zeros.
+// Past the room at the end: the room grows to twice what it was, inside what was reserved
+// when there is such, and a gap between the end and the position is filled with zeros.
 void StreamFile::putSlow(const void* data, std::size_t n) {
     const uint64_t needed = uint64_t{std::max(pos_, end_)} + n;
     if (needed > bytes_.size()) {
-        const uint64_t room =
-            std::max<uint64_t>({needed, uint64_t{bytes_.size()} * 2, bytes_.capacity(), 256});
+        uint64_t room = std::max<uint64_t>({needed, uint64_t{bytes_.size()} * 2, 256});
+        if (bytes_.capacity() >= needed)
+            room = std::min<uint64_t>(room, bytes_.capacity());
         bytes_.resize(static_cast<std::size_t>(room), '\0');
     }
     if (pos_ > end_)

@@ -1,4 +1,5 @@
-// Linear probing with deletion by shifting back, kept at most half full.
+// Linear probing with deletion by shifting back, kept at most half full. A large table grows
+// four times over: every entry moved is a write to a random place of the new table.
 #include "nodeui/NodeUIRecIndex.h"
 
 #include <cstdint>
@@ -29,7 +30,7 @@ NodeUIRecBase* NodeUIRecIndex::find(const IdStamp& id) const {
 
 bool NodeUIRecIndex::insert(const IdStamp& id, NodeUIRecBase* rec) {
     if ((used_ + 1) * 2 > slots_.size())
-        rehash(slots_.empty() ? 16 : slots_.size() * 2);
+        rehash(slots_.empty() ? 16 : slots_.size() * (slots_.size() < 4096 ? 2 : 4));
     Slot& s = slots_[missed_ && missedId_ == id ? missedSlot_ : slotOf(id)];
     missed_ = false;
     if (s.rec)

@@ -14,6 +14,30 @@
 #include "host/StreamableLayer.h"
 #include "nodeui/NodeUIRecBase.h"
 
+namespace {
+
+// Tells whether a record's node is still in its host edit. Records of one host edit follow each
+// other: the edit is opened once per run of them.
+class LiveNodes {
+public:
+    bool alive(const Cookie& hostEdit, const IdStamp& node) {
+        if (!opened_ || !(hostEdit == cookie_)) {
+            host_ = EditPtr();
+            host_.i_open(hostEdit, kOpenIfOpen);
+            cookie_ = hostEdit;
+            opened_ = true;
+        }
+        return host_ && host_->tagBag().openObject(node).instance();
+    }
+
+private:
+    EditPtr host_;
+    Cookie cookie_;
+    bool opened_ = false;
+};
+
+} // namespace
+
 int NodeUIManagerBase::recAddedMsgType_ = NotifyMsgTypeDictionary::instance().intern("nodeRecAdded");
 int NodeUIManagerBase::recDeletedMsgType_ = NotifyMsgTypeDictionary::instance().intern("nodeRecDeleted");
 int NodeUIManagerBase::generalMsgType_ = NotifyMsgTypeDictionary::instance().intern("NodeManagerGeneral");
@@ -75,10 +99,21 @@ bool NodeUIManagerBase::setEdit(const EditPtr& edit) {
 }
 
 void NodeUIManagerBase::addNewRec(NodeUIRecBase* rec) {
+    append(rec, true);
+}
+
+void NodeUIManagerBase::addNewRecJustMade(NodeUIRecBase* rec) {
+    append(rec, false);
+}
+
+// A second registration of a record just made would find the node it watches already, and
+// change nothing.
+void NodeUIManagerBase::append(NodeUIRecBase* rec, bool registerNode) {
     const bool wasOurs = rec && rec->list() == &recs_;
     recs_.append(rec);
     indexAppended(rec, wasOurs);
-    rec->registerWithNode();
+    if (registerNode)
+        rec->registerWithNode();
     sendRecAddedNotification(rec);
     if (editH_)
         editH_->setDirty(true);
@@ -168,21 +203,11 @@ void NodeUIManagerBase::nodeIsBeingDestroyed(NodeUIRecBase* rec) {
 void NodeUIManagerBase::removeDeadNodes() {
     if (!editH_)
         return;
+    LiveNodes live;
     DLListIterator it(recs_);
-    // Records of one host edit follow each other: the edit is looked up once per run of them.
-    EditPtr host;
-    Cookie hostCookie;
-    bool opened = false;
     while (DLListRec* r = it.next()) {
         auto* rec = static_cast<NodeUIRecBase*>(r);
-        if (!opened || !(rec->hostEditCookie_ == hostCookie)) {
-            host = EditPtr();
-            host.i_open(rec->hostEditCookie_, kOpenIfOpen);
-            hostCookie = rec->hostEditCookie_;
-            opened = true;
-        }
-        bool alive = host && host->tagBag().openObject(rec->nodeId_).instance();
-        if (!alive) {
+        if (!live.alive(rec->hostEditCookie_, rec->nodeId_)) {
             removeFromList(rec);
             delete rec;
         }
@@ -214,11 +239,41 @@ NodeUIRecBase* NodeUIManagerBase::createNewNodeRec(NodeUIManagerBase*) const {
     return nullptr;
 }
 
+// The sweep and the writing share one walk of the list, each record swept just before it would
+// be written; the count, known only at the end, is then written in its place. The bytes and the
+// list afterwards are those of a sweep followed by a walk that writes.
 void NodeUIManagerBase::pack(PStream& s) const {
-    const_cast<NodeUIManagerBase*>(this)->removeDeadNodes();
-    s.file->setUnsignedLong(recs_.size());
-    for (DLListRec* r = recs_.first(); r; r = r->next())
-        s << static_cast<const Streamable&>(*static_cast<NodeUIRecBase*>(r));
+    auto* self = const_cast<NodeUIManagerBase*>(this);
+    StreamFile& f = *s.file;
+    const unsigned countAt = f.position();
+    const unsigned listed = recs_.size();
+    f.setUnsignedLong(listed);
+    LiveNodes live;
+    unsigned written = 0;
+    DLListIterator it(recs_);
+    while (DLListRec* r = it.next()) {
+        auto* rec = static_cast<NodeUIRecBase*>(r);
+        if (editH_ && !live.alive(rec->hostEditCookie_, rec->nodeId_)) {
+            self->removeFromList(rec);
+            delete rec;
+            continue;
+        }
+        const unsigned before = f.position();
+        s << static_cast<const Streamable&>(*rec);
+        // Records of one kind take much the same bytes: room for the rest, as many as the first
+        // took, spares the file's growing and copying on the way.
+        if (++written == 1 && listed > 1 && f.position() == f.size() && f.position() > before) {
+            const uint64_t want = f.position() + uint64_t{listed - 1} * (f.position() - before);
+            if (want <= 0xFFFFFFFFu)
+                f.reserve(static_cast<unsigned>(want));
+        }
+    }
+    if (written != listed) {
+        const unsigned end = f.position();
+        f.position(countAt);
+        f.setUnsignedLong(written);
+        f.position(end);
+    }
 }
 
 void NodeUIManagerBase::unpack(PStream& s) {

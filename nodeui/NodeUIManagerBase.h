@@ -44,6 +44,9 @@ protected:
     // already set or `edit` is null.
     bool setEdit(const EditPtr& edit);
     void addNewRec(NodeUIRecBase* rec);
+    // addNewRec for a record that its constructor has just registered with its node, on this
+    // manager and with nothing done since: the node is not looked up a second time.
+    void addNewRecJustMade(NodeUIRecBase* rec);
     // False, changing nothing, when `rec` is not on the list.
     bool deleteRec(NodeUIRecBase* rec);
     // The first record of the id in list order, or null.
@@ -65,6 +68,7 @@ private:
     void nodeIsBeingDestroyed(NodeUIRecBase* rec);
     void pack(PStream& s) const;
     void unpack(PStream& s);
+    void append(NodeUIRecBase* rec, bool registerNode);
     void send(NodeUIRecBase* rec, int type);
     void removeFromList(NodeUIRecBase* rec);
 

@@ -60,7 +60,7 @@ NodeUIPosRec* NodeUIPosManager::getRec(const IdStamp& id, const Cookie& hostEdit
     if (NodeUIPosRec* rec = findRec(id))
         return rec;
     auto* rec = new NodeUIPosRec(this, id, hostEdit);
-    addNewRec(rec);
+    addNewRecJustMade(rec);
     return rec;
 }
 
@@ -73,13 +73,14 @@ NodeUIPosRec* NodeUIPosManager::getRec(const IdStamp& id, const Cookie& hostEdit
         rec->x_.storeSilently(x);
         rec->y_.storeSilently(y);
     } else if (x != 0.0 || y != 0.0) {
+        rec->watchOwnServers();
         ++rec->disabled_;
         rec->x_ = x;
         rec->y_ = y;
         if (rec->disabled_ > 0)
             --rec->disabled_;
     }
-    addNewRec(rec);
+    addNewRecJustMade(rec);
     return rec;
 }
 

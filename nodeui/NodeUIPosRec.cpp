@@ -38,6 +38,12 @@ NodeUIPosRec::~NodeUIPosRec() = default;
 void NodeUIPosRec::startAtOrigin() {
     x_.storeSilently(0.0);
     y_.storeSilently(0.0);
+}
+
+void NodeUIPosRec::watchOwnServers() {
+    if (serversHandedOut_)
+        return;
+    serversHandedOut_ = true;
     MultiValClient<double>::registerWith(&x_);
     MultiValClient<double>::registerWith(&y_);
 }
@@ -55,6 +61,8 @@ NodeUIPosRec& NodeUIPosRec::operator=(const NodeUIPosRec& other) {
 }
 
 bool NodeUIPosRec::serversUnwatched() const {
+    if (!serversHandedOut_)
+        return true;
     auto* self = const_cast<NodeUIPosRec*>(this);
     return x_.numClients() == 1 && y_.numClients() == 1 && !x_.manager() && !y_.manager() &&
            isRegisteredWith(&self->x_) && isRegisteredWith(&self->y_);
@@ -68,6 +76,7 @@ void NodeUIPosRec::setPos(double x, double y, bool notify) {
         x_.storeSilently(x);
         y_.storeSilently(y);
     } else {
+        watchOwnServers();
         ++disabled_;
         x_ = x;
         y_ = y;
@@ -112,6 +121,7 @@ void NodeUIPosRec::unpack(PStream& s) {
         x_.storeSilently(x);
         y_.storeSilently(y);
     } else {
+        watchOwnServers();
         x_ = x;
         y_ = y;
     }
@@ -120,6 +130,9 @@ void NodeUIPosRec::unpack(PStream& s) {
     unsigned char has = 0;
     f.getUnsignedChar(has);
     hasAnchor_ = has != 0;
-    MultiValClient<double>::registerWith(&x_);
-    MultiValClient<double>::registerWith(&y_);
+    // Servers never handed out are registered with when they are.
+    if (serversHandedOut_) {
+        MultiValClient<double>::registerWith(&x_);
+        MultiValClient<double>::registerWith(&y_);
+    }
 }

@@ -9,7 +9,10 @@
 
 // The record is a client of its own servers: every change of x_ or y_ comes back as one
 // "nodeRecUpdate" unless disabled_ is raised. setPos moves both with one update at most.
-// Clients of the servers themselves hear every assignment.
+// Clients of the servers themselves hear every assignment. The record registers with its
+// servers when they are first handed out (xServer, yServer): until then nobody else can reach
+// them, so whatever the record assigns only it would hear, and it says that itself. A record
+// that is made, read or moved and never watched thus costs no registrations.
 class NodeUIPosRec : public NodeUIRecBase, public MultiValClient<double> {
 public:
     // At (0, 0), anchor (0, 0) and not set.
@@ -24,8 +27,14 @@ public:
 
     double x() const { return x_.getVal(); }
     double y() const { return y_.getVal(); }
-    ValServer<double>& xServer() { return x_; }
-    ValServer<double>& yServer() { return y_; }
+    ValServer<double>& xServer() {
+        watchOwnServers();
+        return x_;
+    }
+    ValServer<double>& yServer() {
+        watchOwnServers();
+        return y_;
+    }
     double anchorX() const { return anchorX_; }
     double anchorY() const { return anchorY_; }
     bool hasAnchor() const { return hasAnchor_; }
@@ -54,8 +63,10 @@ private:
     friend class NodeUIPosManager;
 
     void startAtOrigin();
-    // True when the record is the only client of its servers and no manager has claimed them:
-    // then nobody but the record hears what is assigned to them.
+    // Registers with x_ and y_, in that order, the first time they are handed out.
+    void watchOwnServers();
+    // True when the record is the only client of its servers and no manager has claimed them
+    // (or they were never handed out): then nobody but the record hears what is assigned to them.
     bool serversUnwatched() const;
     void pack(PStream& s) const;
     void unpack(PStream& s);
@@ -65,4 +76,5 @@ private:
     double anchorX_ = 0.0;
     double anchorY_ = 0.0;
     bool hasAnchor_ = false;
+    bool serversHandedOut_ = false;
 };

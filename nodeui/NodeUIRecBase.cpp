@@ -53,14 +53,14 @@ NodeUIRecBase::~NodeUIRecBase() = default;
 void NodeUIRecBase::registerWithNode() {
     if (!nodeId_.valid() || !manager_)
         return;
-    EditPtr edit = manager_->editH_;
+    // The manager holds its edit, and the object found stays held while it is cast and watched:
+    // no further references are taken.
+    const EditPtr& edit = manager_->editH_;
     if (!edit)
         return;
-    Zk::Ptr<FXGraphNodeBase> node =
-        Zk::dynamicCast<FXGraphNodeBase>(edit->tagBag().openObject(nodeId_).instance());
-    if (!node)
-        return;
-    FXGraphNodeClient::registerWith(node.get());
+    const Zk::Ptr<Taggable> object = edit->tagBag().openObject(nodeId_).instance();
+    if (auto* node = dynamic_cast<FXGraphNodeBase*>(object.get()))
+        FXGraphNodeClient::registerWith(node);
 }
 
 void NodeUIRecBase::sendUpdateNotification() {

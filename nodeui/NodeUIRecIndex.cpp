@@ -1,15 +1,11 @@
-// Linear probing with deletion by shifting back, kept at most half full.
+// Linear probing with deletion by shifting back, kept at most half full. A large table grows
+// four times over: every entry moved is a write to a random place of the new table.
 #include "nodeui/NodeUIRecIndex.h"
 
 #include <cstdint>
 
 size_t NodeUIRecIndex::home(const IdStamp& id) const {
-    uint64_t h = (static_cast<uint64_t>(id.a()) << 32 | id.b()) * 0x9E3779B97F4A7C15ull;
-    h ^= id.c() + 0x632BE59BD9B4E019ull + (h << 6) + (h >> 2);
-    h ^= h >> 31;
-    h *= 0xBF58476D1CE4E5B9ull;
-    h ^= h >> 29;
-    return static_cast<size_t>(h) & (slots_.size() - 1);
+    return static_cast<size_t>(IdStampMixHash::mix(id)) & (slots_.size() - 1);
 }
 
 size_t NodeUIRecIndex::slotOf(const IdStamp& id) const {
@@ -21,13 +17,22 @@ size_t NodeUIRecIndex::slotOf(const IdStamp& id) const {
 }
 
 NodeUIRecBase* NodeUIRecIndex::find(const IdStamp& id) const {
-    return slots_.empty() ? nullptr : slots_[slotOf(id)].rec;
+    if (slots_.empty())
+        return nullptr;
+    const size_t i = slotOf(id);
+    if (!slots_[i].rec) {
+        missedId_ = id;
+        missedSlot_ = i;
+        missed_ = true;
+    }
+    return slots_[i].rec;
 }
 
 bool NodeUIRecIndex::insert(const IdStamp& id, NodeUIRecBase* rec) {
     if ((used_ + 1) * 2 > slots_.size())
-        rehash(slots_.empty() ? 16 : slots_.size() * 2);
-    Slot& s = slots_[slotOf(id)];
+        rehash(slots_.empty() ? 16 : slots_.size() * (slots_.size() < 4096 ? 2 : 4));
+    Slot& s = slots_[missed_ && missedId_ == id ? missedSlot_ : slotOf(id)];
+    missed_ = false;
     if (s.rec)
         return false;
     s.id = id;
@@ -54,12 +59,14 @@ bool NodeUIRecIndex::erase(const IdStamp& id, const NodeUIRecBase* rec) {
     }
     slots_[i] = Slot();
     --used_;
+    missed_ = false;
     return true;
 }
 
 void NodeUIRecIndex::clear() {
     slots_.clear();
     used_ = 0;
+    missed_ = false;
 }
 
 void NodeUIRecIndex::reserve(size_t n) {
@@ -71,6 +78,7 @@ void NodeUIRecIndex::reserve(size_t n) {
 }
 
 void NodeUIRecIndex::rehash(size_t slots) {
+    missed_ = false;
     std::vector<Slot> old(slots);
     old.swap(slots_);
     for (const Slot& s : old)

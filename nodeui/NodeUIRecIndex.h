@@ -32,4 +32,9 @@ private:
 
     std::vector<Slot> slots_;
     size_t used_ = 0;
+    // Where the last id that find missed would go, so that adding it next needs no second
+    // probe; any change of the table forgets it.
+    mutable IdStamp missedId_;
+    mutable size_t missedSlot_ = 0;
+    mutable bool missed_ = false;
 };

@@ -9,19 +9,22 @@ std::atomic<LastValServer*> lastConstructed{nullptr};
 
 } // namespace
 
+// Servers are made by the thousand when records are read: each construction is a plain store,
+// and a destruction exchanges only when it is the last one, with no fence in either.
 LastValServer::LastValServer() {
-    lastConstructed.store(this);
+    lastConstructed.store(this, std::memory_order_release);
 }
 
 LastValServer::LastValServer(const LastValServer&) {
-    lastConstructed.store(this);
+    lastConstructed.store(this, std::memory_order_release);
 }
 
 LastValServer::~LastValServer() {
     LastValServer* self = this;
-    lastConstructed.compare_exchange_strong(self, nullptr);
+    if (lastConstructed.load(std::memory_order_relaxed) == self)
+        lastConstructed.compare_exchange_strong(self, nullptr, std::memory_order_acq_rel);
 }
 
 LastValServer* LastValServer::getLastValServer() {
-    return lastConstructed.load();
+    return lastConstructed.load(std::memory_order_acquire);
 }

@@ -3,30 +3,12 @@
 
 #include "host/StreamFile.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iterator>
 #include <limits>
-
-namespace {
-
-template <class T>
-T fromLittleEndian(const unsigned char* p) {
-    uint64_t v = 0;
-    for (std::size_t i = 0; i < sizeof(T); ++i)
-        v |= uint64_t{p[i]} << (8 * i);
-    return static_cast<T>(v);
-}
-
-template <class T>
-void toLittleEndian(T value, unsigned char* p) {
-    uint64_t v = static_cast<uint64_t>(value);
-    for (std::size_t i = 0; i < sizeof(T); ++i)
-        p[i] = static_cast<unsigned char>(v >> (8 * i));
-}
-
-} // namespace
 
 bool StreamFile::load(const std::string& path, std::string& error) {
     // A device or a pipe has no size to trust and may give bytes forever.
@@ -53,97 +35,40 @@ bool StreamFile::load(const std::string& path, std::string& error) {
         return false;
     }
     bytes_ = std::move(bytes);
+    end_ = static_cast<unsigned>(bytes_.size());
     pos_ = 0;
     return true;
 }
 
 bool StreamFile::save(const std::string& path, std::string& error) const {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    if (!out || !out.write(bytes_.data(), static_cast<std::streamsize>(bytes_.size()))) {
+    if (!out || !out.write(bytes_.data(), static_cast<std::streamsize>(end_))) {
         error = "cannot write " + path;
         return false;
     }
     return true;
 }
 
-void StreamFile::put(const void* data, std::size_t n) {
-    if (pos_ > bytes_.size())
-        bytes_.resize(pos_, '\0');
-    const std::size_t overlap = std::min(n, bytes_.size() - pos_);
-    std::memcpy(bytes_.data() + pos_, data, overlap);
-    bytes_.append(static_cast<const char*>(data) + overlap, n - overlap);
-    pos_ += static_cast<unsigned>(n);
-}
-
-bool StreamFile::take(void* out, unsigned n) {
-    if (remaining() < n) {
-        pos_ = std::max<unsigned>(pos_, size());
-        return false;
+// Past the room at the end: the room grows to twice what it was, inside what was reserved
+// when there is such, and a gap between the end and the position is filled with zeros.
+void StreamFile::putSlow(const void* data, std::size_t n) {
+    const uint64_t needed = uint64_t{std::max(pos_, end_)} + n;
+    if (needed > bytes_.size()) {
+        uint64_t room = std::max<uint64_t>({needed, uint64_t{bytes_.size()} * 2, 256});
+        if (bytes_.capacity() >= needed)
+            room = std::min<uint64_t>(room, bytes_.capacity());
+        bytes_.resize(static_cast<std::size_t>(room), '\0');
     }
-    std::memcpy(out, bytes_.data() + pos_, n);
-    pos_ += n;
-    return true;
+    if (pos_ > end_)
+        std::memset(bytes_.data() + end_, 0, pos_ - end_);
+    std::memcpy(bytes_.data() + pos_, data, n);
+    pos_ += static_cast<unsigned>(n);
+    end_ = std::max(end_, pos_);
 }
 
-void StreamFile::setCookedChar(char c) {
-    put(&c, 1);
-}
-
-void StreamFile::setUnsignedShort(unsigned short v) {
-    unsigned char b[2];
-    toLittleEndian(v, b);
-    put(b, 2);
-}
-
-void StreamFile::setUnsignedLong(unsigned v) {
-    unsigned char b[4];
-    toLittleEndian(static_cast<uint32_t>(v), b);
-    put(b, 4);
-}
-
-void StreamFile::setDouble(double v) {
-    uint64_t bits;
-    std::memcpy(&bits, &v, 8);
-    unsigned char b[8];
-    toLittleEndian(bits, b);
-    put(b, 8);
-}
-
-void StreamFile::setBytes(const char* data, std::size_t n) {
-    put(data, n);
-}
-
-bool StreamFile::getCookedChar(char& c) {
-    return take(&c, 1);
-}
-
-bool StreamFile::getUnsignedChar(unsigned char& c) {
-    return take(&c, 1);
-}
-
-bool StreamFile::getUnsignedShort(unsigned short& v) {
-    unsigned char b[2];
-    if (!take(b, 2))
-        return false;
-    v = fromLittleEndian<unsigned short>(b);
-    return true;
-}
-
-bool StreamFile::getUnsignedLong(unsigned& v) {
-    unsigned char b[4];
-    if (!take(b, 4))
-        return false;
-    v = fromLittleEndian<uint32_t>(b);
-    return true;
-}
-
-bool StreamFile::getDouble(double& v) {
-    unsigned char b[8];
-    if (!take(b, 8))
-        return false;
-    uint64_t bits = fromLittleEndian<uint64_t>(b);
-    std::memcpy(&v, &bits, 8);
-    return true;
+bool StreamFile::takeShort() {
+    pos_ = std::max<unsigned>(pos_, size());
+    return false;
 }
 
 bool StreamFile::getBytes(std::string& out, unsigned n) {

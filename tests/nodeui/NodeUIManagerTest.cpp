@@ -132,6 +132,7 @@ TEST(NodeUIManager, DeadRecordsAreSweptSilentlyOnPackAndSetEdit) {
     std::string bytes = packed(*m);
     EXPECT_EQ(m->numRecs(), 1u);
     EXPECT_TRUE(client.events.empty()) << "the sweep sends nothing";
+    EXPECT_EQ(packed(*m), bytes) << "a pack that swept writes what a pack of the survivors writes";
     Zk::Ptr<NodeUIPosManager> back = unpackManager(bytes);
     ASSERT_TRUE(back);
     EXPECT_EQ(back->numRecs(), 1u);

@@ -92,6 +92,39 @@ TEST(NodeUIPosRec, AManagedServerStillHasTheLastWord) {
     EXPECT_EQ(r.y(), 7.0);
 }
 
+TEST(NodeUIPosRec, ServersHandedOutLateBehaveAsIfWatchedFromTheStart) {
+    EditPtr edit = makeEdit(21, 1);
+    Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(edit);
+    NodeUIPosRec* r = m->getRec(node(1), edit->cookie(), 2, 3);
+    RecUpdates updates;
+    updates.registerWith(r);
+    r->setPos(4, 5, false);
+    EXPECT_EQ(updates.count, 0);
+    ServerWatch wx;
+    wx.registerWith(&r->xServer());
+    EXPECT_EQ(r->numServers(), 2u) << "the record watches both of its servers";
+    r->xServer() = 6.0;
+    EXPECT_EQ(updates.count, 1) << "the record hears its server";
+    EXPECT_EQ(wx.values, std::vector<double>{6.0});
+    r->setPos(7, 8, true);
+    EXPECT_EQ(updates.count, 2) << "one update for the move, the servers' own kept quiet";
+    EXPECT_EQ(wx.values, (std::vector<double>{6.0, 7.0}));
+
+    // A record that let go of a server it handed out registers with it again when it is read.
+    StreamFile f;
+    PStream w(&f);
+    w << *r;
+    NodeUIPosRec back;
+    EXPECT_TRUE(back.deregisterFrom(&back.xServer()));
+    EXPECT_EQ(back.numServers(), 1u);
+    StreamFile g(f.bytes());
+    PStream s(&g);
+    s >> back;
+    EXPECT_FALSE(s.inError()) << s.errors.c_str();
+    EXPECT_EQ(back.numServers(), 2u);
+    EXPECT_EQ(back.x(), 7.0);
+}
+
 TEST(NodeUIPosRec, AnchorAndFirstPosition) {
     EditPtr edit = makeEdit(20, 2);
     Zk::Ptr<NodeUIPosManager> m = NodeUIPosManager::getManagerFor(edit);

@@ -1,8 +1,32 @@
 // The walk and the sorting into levels of the tree tidier.
 #include "graphview/TidyLevels.h"
 
+#include <algorithm>
+
+#include "host/EffectInstance_opu4h5a4j.h"
 #include "nodeui/NodeUIPosRec.h"
 #include "nodeui/NodeUIPosSource.h"
+
+uint64_t TidyLevels::distinctTracks(FXGraphNodeBase* node) {
+    auto* effect = dynamic_cast<EffectInstance_opu4h5a4j*>(node);
+    if (!effect)
+        return 0;
+    const uint16_t n = effect->getNumTrackInputs();
+    IdStamp small[8];
+    std::vector<IdStamp> large;
+    IdStamp* seen = small;
+    if (n > 8) {
+        large.resize(n);
+        seen = large.data();
+    }
+    uint64_t count = 0;
+    for (uint16_t i = 0; i < n; ++i) {
+        const IdStamp id = effect->getInputTrackId(i);
+        if (id.valid() && std::find(seen, seen + count, id) == seen + count)
+            seen[count++] = id;
+    }
+    return count;
+}
 
 TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : source_(source) {
     baseDepth_ = static_cast<int64_t>(iterator.depth()) + 1;
@@ -11,6 +35,7 @@ TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : s
     recs_.reserve(256);
     ids_.reserve(256);
     parents_.reserve(256);
+    tracks_.reserve(256);
     onPath_.reserve(256);
     mask_ = table_.size() - 1;
     // The path above the walk's start closes cycles too.
@@ -52,9 +77,8 @@ const TidyNodeRec* TidyLevels::find(const IdStamp& id) const {
 }
 
 uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXGraphNodeBase*& node) {
-    if (!iterator.isValid())
-        return kNone;
-    const Zk::Ptr<FXGraphNodeBase> here = iterator.getNode(-1);
+    // The path holds the node while it stands on it; the walk only looks.
+    FXGraphNodeBase* const here = iterator.peekNode(-1);
     if (!here)
         return kNone;
     const IdStamp id = here->getId();
@@ -81,7 +105,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         index = static_cast<uint32_t>(recs_.size());
         TidyNodeRec& rec = recs_.emplace_back();
         rec.level = level;
-        rec.node = here.get();
+        rec.node = here;
         rec.posRec = source_ ? source_->getPosRecForNode(id) : nullptr;
         uint32_t parentRec = kNone;
         if (level != 0 && parent) {
@@ -92,6 +116,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         }
         ids_.push_back(id);
         parents_.push_back(parentRec);
+        tracks_.push_back(kUncounted);
         onPath_.push_back(0);
         if ((used_ + 1) * 2 > table_.size()) {
             grow();
@@ -101,7 +126,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         slot->value = index;
         ++used_;
     }
-    node = here.get();
+    node = here;
     ++onPath_[index];
     return index;
 }
@@ -127,6 +152,10 @@ void TidyLevels::walk(EditGraphIterator& iterator) {
         const unsigned input = f.next++;
         if (!iterator.moveToInput(input))
             continue;
+        // Counted while the parent is at hand; a second node under the same id is counted
+        // when it is placed.
+        if (tracks_[f.rec] == kUncounted && f.node == recs_[f.rec].node)
+            tracks_[f.rec] = distinctTracks(f.node);
         const uint32_t child = enter(iterator, &f, node);
         if (child != kNone)
             stack.push_back({node, child, node->getNumInputs(), 0});

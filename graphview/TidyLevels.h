@@ -30,6 +30,12 @@ public:
     const IdStamp& id(uint32_t index) const { return ids_[index]; }
     // The record of the parent the node hangs from; kNone for the root.
     uint32_t parentIndex(uint32_t index) const { return parents_[index]; }
+    // The number of distinct valid channels feeding the track inputs of the record's node, 0
+    // unless it is an effect; counted during the walk, while the node is at hand, for every
+    // record through which the walk stepped to an input, else kUncounted.
+    uint64_t tracks(uint32_t index) const { return tracks_[index]; }
+    static constexpr uint64_t kUncounted = ~uint64_t{0};
+    static uint64_t distinctTracks(FXGraphNodeBase* node);
     uint32_t indexOf(const IdStamp& id) const;
     const TidyNodeRec* find(const IdStamp& id) const;
 
@@ -82,6 +88,7 @@ private:
     std::vector<TidyNodeRec> recs_;
     std::vector<IdStamp> ids_;
     std::vector<uint32_t> parents_;
+    std::vector<uint64_t> tracks_;
     std::vector<int32_t> onPath_; // how often each record stands on the walk's path
     std::vector<Slot> table_;     // open addressing, linear probing, at most half full
     uint64_t mask_ = 0;

@@ -29,29 +29,6 @@ namespace {
 using VidRouting::Orientations::LeftToRight;
 using Orientation = VidRouting::Orientations::Orientation;
 
-// The number of distinct valid channels feeding the track inputs of a node; 0 unless it is an
-// effect.
-uint64_t distinctTracks(FXGraphNodeBase* node) {
-    auto* effect = dynamic_cast<EffectInstance_opu4h5a4j*>(node);
-    if (!effect)
-        return 0;
-    const uint16_t n = effect->getNumTrackInputs();
-    IdStamp small[8];
-    std::vector<IdStamp> large;
-    IdStamp* seen = small;
-    if (n > 8) {
-        large.resize(n);
-        seen = large.data();
-    }
-    uint64_t count = 0;
-    for (uint16_t i = 0; i < n; ++i) {
-        const IdStamp id = effect->getInputTrackId(i);
-        if (id.valid() && std::find(seen, seen + count, id) == seen + count)
-            seen[count++] = id;
-    }
-    return count;
-}
-
 // The positions of one run by record index, as the records would hold them, and the placing of
 // levels from their offsets.
 class Placement {
@@ -155,7 +132,6 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
     // and 64 bits wide on purpose: a parent without valid tracks throws its children far off.
     // The parent's record is the one the source gave at the parent's first visit. A level's
     // offsets depend on nothing placed, so they are worked out as each level comes.
-    std::vector<uint64_t> tracksOf(tidy.size(), ~uint64_t{0});
     auto offsetLevel = [&](size_t L) {
         for (uint32_t i : tidy.level(L)) {
             const TidyNodeRec& rec = tidy.rec(i);
@@ -166,14 +142,9 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
             }
             const uint32_t p = tidy.parentIndex(i);
             o.parentRec = tidy.rec(p).posRec;
-            uint64_t tracks;
-            if (rec.parent == tidy.rec(p).node) {
-                if (tracksOf[p] == ~uint64_t{0})
-                    tracksOf[p] = distinctTracks(rec.parent);
-                tracks = tracksOf[p];
-            } else {
-                tracks = distinctTracks(rec.parent);
-            }
+            uint64_t tracks = tidy.tracks(p);
+            if (rec.parent != tidy.rec(p).node || tracks == TidyLevels::kUncounted)
+                tracks = TidyLevels::distinctTracks(rec.parent);
             o.offset.x = spacing.depth;
             o.offset.y = static_cast<double>(tracks - 1) * spacing.sibling * 0.5 -
                          static_cast<double>(rec.parentInput) * spacing.sibling;

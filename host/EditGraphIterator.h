@@ -53,6 +53,12 @@ public:
     bool isValid() const { return !path_.empty(); }
     int depth() const { return static_cast<int>(path_.size()) - 1; }
     Zk::Ptr<FXGraphNodeBase> getNode(int index) const;
+    // The same node without taking a reference, for a caller that only looks: it stays valid
+    // while the entry stands on the path and the graph is not changed.
+    FXGraphNodeBase* peekNode(int index) const {
+        const int i = entryIndex(index);
+        return i < 0 ? nullptr : path_[static_cast<size_t>(i)].node.get();
+    }
     IdStamp getNodeId(int index) const;
     // -1 the current entry, -2 the one before (at the root: the root's own channel); a missing
     // entry gives the invalid id and -1.
@@ -86,17 +92,25 @@ public:
     bool operator==(const EditGraphIterator& o) const;
 
 private:
+    // A step of the path. The edit an entry lies in is held by the iterator itself (edit_), or
+    // for the inside of a compound effect by `inner`, so that a step through a plain link takes
+    // no reference on an edit.
     struct Entry {
         Zk::Ptr<FXGraphNodeBase> node;
         int chan = -1; // in the entry's edit
         int parentInput = 0;
-        EditPtr edit;      // the edit the entry lies in
-        double time = 0.0; // the walk's time in that edit
+        Edit* edit = nullptr; // the edit the entry lies in
+        EditPtr inner;        // holds `edit` where it is a compound effect's inner edit
+        double time = 0.0;    // the walk's time in that edit
     };
     friend class FXEditor;
     friend class EditGraphSearchScope;
 
-    int entryIndex(int index) const;
+    int entryIndex(int index) const {
+        if (index < 0)
+            index = static_cast<int>(path_.size()) + index;
+        return index >= 0 && index < static_cast<int>(path_.size()) ? index : -1;
+    }
     // The entry whose channel index -2 and the like name; at the root, -2 is the root itself.
     int chanEntryIndex(int index) const;
     bool startAtChannel(int chanIndex);

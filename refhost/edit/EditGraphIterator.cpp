@@ -126,15 +126,9 @@ EditGraphIterator::Entry EditGraphIterator::rootEntry(int chan, const Zk::Ptr<FX
     Entry e;
     e.node = node;
     e.chan = chan;
-    e.edit = edit_;
+    e.edit = edit_.get();
     e.time = time_;
     return e;
-}
-
-int EditGraphIterator::entryIndex(int index) const {
-    if (index < 0)
-        index = static_cast<int>(path_.size()) + index;
-    return index >= 0 && index < static_cast<int>(path_.size()) ? index : -1;
 }
 
 Zk::Ptr<FXGraphNodeBase> EditGraphIterator::getNode(int index) const {
@@ -184,13 +178,18 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
     if (in.node) {
         out.node = in.node;
         out.chan = at.chan;
+        if (at.inner)
+            out.inner = at.inner;
         return true;
     }
+    if (at.inner)
+        out.inner = at.inner;
     // The tracks of a compound effect are channels of its inner edit, at the inner time.
     if (auto* compound = dynamic_cast<const CompoundEffect*>(at.node.get())) {
         if (!compound->innerEdit())
             return false;
-        out.edit = compound->innerEdit();
+        out.inner = compound->innerEdit();
+        out.edit = out.inner.get();
         out.time = at.time + compound->timeOffset();
     }
     if (in.track.valid() && out.edit) {
@@ -208,10 +207,13 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
 bool EditGraphIterator::moveToInput(unsigned input) {
     if (path_.empty())
         return false;
-    Entry next;
-    if (!resolveInput(path_.back(), input, next))
+    // The step is resolved in its place at the end of the path, and taken off again when the
+    // input leads nowhere.
+    path_.emplace_back();
+    if (!resolveInput(path_[path_.size() - 2], input, path_.back())) {
+        path_.pop_back();
         return false;
-    path_.push_back(next);
+    }
     return true;
 }
 
@@ -223,7 +225,7 @@ bool EditGraphIterator::moveBack() {
 }
 
 EditPtr EditGraphIterator::getCurrentPosEdit() const {
-    return path_.empty() ? edit_ : path_.back().edit;
+    return path_.empty() ? edit_ : EditPtr(path_.back().edit);
 }
 
 bool EditGraphIterator::isCompoundEffectHead() const {
@@ -233,9 +235,9 @@ bool EditGraphIterator::isCompoundEffectHead() const {
 bool EditGraphIterator::moveBackToCompoundEffect() {
     if (path_.empty())
         return false;
-    const Edit* here = path_.back().edit.get();
+    const Edit* here = path_.back().edit;
     for (size_t i = path_.size() - 1; i-- > 0;) {
-        if (path_[i].edit.get() == here)
+        if (path_[i].edit == here)
             continue;
         // The first entry of another edit going back is the head whose inputs lead here.
         path_.resize(i + 1);
@@ -352,9 +354,9 @@ NumRange<double, Ordered> EditGraphIterator::getRange(int index, CelEventPair::e
     const CelEvent& e = at.edit->chan(at.chan).cel->events()[static_cast<size_t>(ev)];
     double shift = at.time - time_;
     double lo = e.start - shift, hi = e.end - shift;
-    if (at.edit.get() != edit_.get())
+    if (at.edit != edit_.get())
         for (int j = i; j-- > 0;) {
-            if (path_[static_cast<size_t>(j)].edit.get() == at.edit.get())
+            if (path_[static_cast<size_t>(j)].edit == at.edit)
                 continue;
             NumRange<double, Ordered> outer = getRange(j, CelEventPair::kEventRange);
             lo = std::max(lo, outer.lo);
@@ -369,7 +371,7 @@ CelEventPair EditGraphIterator::getUTRHandle(int index) const {
     if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
         return CelEventPair();
     const Entry& at = path_[static_cast<size_t>(i)];
-    return CelEventPair(at.edit, at.chan, at.time);
+    return CelEventPair(EditPtr(at.edit), at.chan, at.time);
 }
 
 EditGraphIteratorState EditGraphIterator::getState() const {

@@ -33,10 +33,7 @@ TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : s
     // Room for a few hundred nodes from the start, so that common trees never grow the table.
     table_.assign(1024, Slot{IdStamp(), kEmpty});
     recs_.reserve(256);
-    ids_.reserve(256);
-    parents_.reserve(256);
-    tracks_.reserve(256);
-    onPath_.reserve(256);
+    walked_.reserve(256);
     mask_ = table_.size() - 1;
     // The path above the walk's start closes cycles too.
     for (int i = iterator.depth() - 1; i >= 0; --i) {
@@ -77,7 +74,8 @@ const TidyNodeRec* TidyLevels::find(const IdStamp& id) const {
 }
 
 uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXGraphNodeBase*& node) {
-    // The path holds the node while it stands on it; the walk only looks.
+    // The walk steps without holding nodes: the graph holds them, and nothing changes it while
+    // the walk runs.
     FXGraphNodeBase* const here = iterator.peekNode(-1);
     if (!here)
         return kNone;
@@ -86,7 +84,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         return kNone;
     Slot* slot = &slotFor(id);
     uint32_t index = slot->value;
-    if (index != kEmpty && ((index & kAbove) || onPath_[index] > 0))
+    if (index != kEmpty && ((index & kAbove) || walked_[index].onPath > 0))
         return kNone; // the path above already holds this node: a cycle is closed
 
     const int depth = iterator.depth();
@@ -99,7 +97,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         if (rec.parentLevel < level - 1 && parent) {
             rec.parent = parent->node;
             rec.parentLevel = level - 1;
-            parents_[index] = parent->rec;
+            walked_[index].parent = parent->rec;
         }
     } else {
         index = static_cast<uint32_t>(recs_.size());
@@ -114,10 +112,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
             rec.parentLevel = level - 1;
             parentRec = parent->rec;
         }
-        ids_.push_back(id);
-        parents_.push_back(parentRec);
-        tracks_.push_back(kUncounted);
-        onPath_.push_back(0);
+        walked_.push_back({id, parentRec, 0, kUncounted});
         if ((used_ + 1) * 2 > table_.size()) {
             grow();
             slot = &slotFor(id);
@@ -127,7 +122,7 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         ++used_;
     }
     node = here;
-    ++onPath_[index];
+    ++walked_[index].onPath;
     return index;
 }
 
@@ -135,6 +130,7 @@ void TidyLevels::walk(EditGraphIterator& iterator) {
     // Depth first over inputs in rising order; each frame is a node whose input count was read
     // once on entry.
     std::vector<Frame> stack;
+    stack.reserve(64);
     FXGraphNodeBase* node = nullptr;
     const uint32_t root = enter(iterator, nullptr, node);
     if (root == kNone)
@@ -143,19 +139,19 @@ void TidyLevels::walk(EditGraphIterator& iterator) {
     while (!stack.empty()) {
         Frame& f = stack.back();
         if (f.next >= f.inputs) {
-            --onPath_[f.rec];
+            --walked_[f.rec].onPath;
             stack.pop_back();
             if (!stack.empty())
                 iterator.moveBack();
             continue;
         }
         const unsigned input = f.next++;
-        if (!iterator.moveToInput(input))
+        if (!iterator.lookToInput(input))
             continue;
         // Counted while the parent is at hand; a second node under the same id is counted
         // when it is placed.
-        if (tracks_[f.rec] == kUncounted && f.node == recs_[f.rec].node)
-            tracks_[f.rec] = distinctTracks(f.node);
+        if (walked_[f.rec].tracks == kUncounted && f.node == recs_[f.rec].node)
+            walked_[f.rec].tracks = distinctTracks(f.node);
         const uint32_t child = enter(iterator, &f, node);
         if (child != kNone)
             stack.push_back({node, child, node->getNumInputs(), 0});

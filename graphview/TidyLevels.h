@@ -27,13 +27,13 @@ public:
     // Records are numbered in order of first visit; the root is 0.
     size_t size() const { return recs_.size(); }
     const TidyNodeRec& rec(uint32_t index) const { return recs_[index]; }
-    const IdStamp& id(uint32_t index) const { return ids_[index]; }
+    const IdStamp& id(uint32_t index) const { return walked_[index].id; }
     // The record of the parent the node hangs from; kNone for the root.
-    uint32_t parentIndex(uint32_t index) const { return parents_[index]; }
+    uint32_t parentIndex(uint32_t index) const { return walked_[index].parent; }
     // The number of distinct valid channels feeding the track inputs of the record's node, 0
     // unless it is an effect; counted during the walk, while the node is at hand, for every
     // record through which the walk stepped to an input, else kUncounted.
-    uint64_t tracks(uint32_t index) const { return tracks_[index]; }
+    uint64_t tracks(uint32_t index) const { return walked_[index].tracks; }
     static constexpr uint64_t kUncounted = ~uint64_t{0};
     static uint64_t distinctTracks(FXGraphNodeBase* node);
     uint32_t indexOf(const IdStamp& id) const;
@@ -62,6 +62,13 @@ private:
         IdStamp id;
         uint32_t value;
     };
+    // What the walk keeps of a record beside it.
+    struct Walked {
+        IdStamp id;
+        uint32_t parent;
+        int32_t onPath; // how often the record stands on the walk's path
+        uint64_t tracks;
+    };
     static constexpr uint32_t kEmpty = 0xFFFFFFFFu;
     static constexpr uint32_t kAbove = 0x80000000u;
 
@@ -86,11 +93,8 @@ private:
     NodeUIPosSource* source_ = nullptr;
     int64_t baseDepth_ = 0;
     std::vector<TidyNodeRec> recs_;
-    std::vector<IdStamp> ids_;
-    std::vector<uint32_t> parents_;
-    std::vector<uint64_t> tracks_;
-    std::vector<int32_t> onPath_; // how often each record stands on the walk's path
-    std::vector<Slot> table_;     // open addressing, linear probing, at most half full
+    std::vector<Walked> walked_;
+    std::vector<Slot> table_; // open addressing, linear probing, at most half full
     uint64_t mask_ = 0;
     size_t used_ = 0;
     std::vector<uint32_t> order_;

@@ -133,7 +133,7 @@ EditGraphIterator::Entry EditGraphIterator::rootEntry(int chan, const Zk::Ptr<FX
 
 Zk::Ptr<FXGraphNodeBase> EditGraphIterator::getNode(int index) const {
     int i = entryIndex(index);
-    return i < 0 ? nullptr : path_[static_cast<size_t>(i)].node;
+    return i < 0 ? nullptr : path_[static_cast<size_t>(i)].node.ptr();
 }
 
 IdStamp EditGraphIterator::getNodeId(int index) const {
@@ -166,7 +166,7 @@ int EditGraphIterator::getParentInputNum() const {
     return path_.empty() ? 0 : path_.back().parentInput;
 }
 
-bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out) const {
+bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out, bool hold) const {
     if (!at.node || input >= at.node->getNumInputs() || input >= at.node->inputs().size())
         return false;
     const FXGraphNodeBase::Input& in = at.node->input(input);
@@ -176,7 +176,10 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
     out.edit = at.edit;
     out.time = at.time;
     if (in.node) {
-        out.node = in.node;
+        if (hold)
+            out.node = in.node;
+        else
+            out.node.look(in.node.get());
         out.chan = at.chan;
         if (at.inner)
             out.inner = at.inner;
@@ -197,7 +200,11 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
         int ev = out.edit->eventAt(c, out.time); // an internal track is no channel: -1
         if (ev < 0)
             return false;
-        out.node = out.edit->chan(c).cel->events()[static_cast<size_t>(ev)].node;
+        const Zk::Ptr<FXGraphNodeBase>& node = out.edit->chan(c).cel->events()[static_cast<size_t>(ev)].node;
+        if (hold)
+            out.node = node;
+        else
+            out.node.look(node.get());
         out.chan = c;
         return static_cast<bool>(out.node);
     }
@@ -205,12 +212,20 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
 }
 
 bool EditGraphIterator::moveToInput(unsigned input) {
+    return step(input, true);
+}
+
+bool EditGraphIterator::lookToInput(unsigned input) {
+    return step(input, false);
+}
+
+bool EditGraphIterator::step(unsigned input, bool hold) {
     if (path_.empty())
         return false;
     // The step is resolved in its place at the end of the path, and taken off again when the
     // input leads nowhere.
     path_.emplace_back();
-    if (!resolveInput(path_[path_.size() - 2], input, path_.back())) {
+    if (!resolveInput(path_[path_.size() - 2], input, path_.back(), hold)) {
         path_.pop_back();
         return false;
     }
@@ -332,7 +347,7 @@ void EditGraphIterator::findAllComponents(Vector<Zk::Ptr<FXGraphNodeBase>>& out)
         stack.pop_back();
         if (!seen.insert(e.node.get()).second)
             continue;
-        out.append(e.node);
+        out.append(e.node.ptr());
         // Push in reverse so that input 0 comes out first: a preorder over rising inputs.
         for (unsigned i = e.node->getNumInputs(); i-- > 0;) {
             Entry child;

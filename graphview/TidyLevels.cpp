@@ -31,40 +31,56 @@ uint64_t TidyLevels::distinctTracks(FXGraphNodeBase* node) {
 TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : source_(source) {
     baseDepth_ = static_cast<int64_t>(iterator.depth()) + 1;
     // Room for a few hundred nodes from the start, so that common trees never grow the table.
-    table_.assign(1024, Slot{IdStamp(), kEmpty});
+    table_.assign(1024, Slot{0, 0});
     recs_.reserve(256);
     walked_.reserve(256);
     mask_ = table_.size() - 1;
     // The path above the walk's start closes cycles too.
     for (int i = iterator.depth() - 1; i >= 0; --i) {
         const IdStamp id = iterator.getNodeId(i);
-        if (slotFor(id).value == kEmpty)
-            insert(id, kAbove);
+        const uint64_t h = hash(id);
+        if (lookup(id, h) == kEmpty) {
+            above_.push_back(id);
+            insert(h, kAbove | static_cast<uint32_t>(above_.size() - 1));
+        }
     }
     walk(iterator);
     sortIntoLevels();
 }
 
-void TidyLevels::insert(const IdStamp& id, uint32_t value) {
+void TidyLevels::insert(uint64_t h, uint32_t value) {
     if ((used_ + 1) * 2 > table_.size())
-        grow();
-    Slot& slot = slotFor(id);
-    slot.id = id;
-    slot.value = value;
+        rebuild(table_.size() * 2);
+    for (uint64_t i = h & mask_;; i = (i + 1) & mask_) {
+        if (table_[i].tag == 0) {
+            table_[i] = Slot{tagOf(h), value};
+            break;
+        }
+    }
     ++used_;
 }
 
-void TidyLevels::grow() {
-    std::vector<Slot> old(table_.size() * 2, Slot{IdStamp(), kEmpty});
-    old.swap(table_);
-    mask_ = table_.size() - 1;
-    for (const Slot& s : old)
-        if (s.value != kEmpty)
-            slotFor(s.id) = s;
+void TidyLevels::rebuild(size_t size) {
+    // Every entry is found again from the ids kept beside the records, in order.
+    table_.assign(size, Slot{0, 0});
+    mask_ = size - 1;
+    auto put = [&](const IdStamp& id, uint32_t value) {
+        const uint64_t h = hash(id);
+        for (uint64_t i = h & mask_;; i = (i + 1) & mask_) {
+            if (table_[i].tag == 0) {
+                table_[i] = Slot{tagOf(h), value};
+                return;
+            }
+        }
+    };
+    for (uint32_t k = 0; k < above_.size(); ++k)
+        put(above_[k], kAbove | k);
+    for (uint32_t k = 0; k < walked_.size(); ++k)
+        put(walked_[k].id, k);
 }
 
 uint32_t TidyLevels::indexOf(const IdStamp& id) const {
-    const uint32_t v = slotFor(id).value;
+    const uint32_t v = lookup(id, hash(id));
     return (v == kEmpty || (v & kAbove)) ? kNone : v;
 }
 
@@ -82,8 +98,8 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
     const IdStamp id = here->getId();
     if (!id.valid())
         return kNone;
-    Slot* slot = &slotFor(id);
-    uint32_t index = slot->value;
+    const uint64_t h = hash(id);
+    uint32_t index = lookup(id, h);
     if (index != kEmpty && ((index & kAbove) || walked_[index].onPath > 0))
         return kNone; // the path above already holds this node: a cycle is closed
 
@@ -112,14 +128,8 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
             rec.parentLevel = level - 1;
             parentRec = parent->rec;
         }
+        insert(h, index); // before the id stands beside its record, so a rebuild doesn't see it
         walked_.push_back({id, parentRec, 0, kUncounted});
-        if ((used_ + 1) * 2 > table_.size()) {
-            grow();
-            slot = &slotFor(id);
-        }
-        slot->id = id;
-        slot->value = index;
-        ++used_;
     }
     node = here;
     ++walked_[index].onPath;

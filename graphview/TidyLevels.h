@@ -56,18 +56,20 @@ private:
         unsigned inputs;
         unsigned next;
     };
-    // A table entry: an id with its record index, or with kAbove for a node above the walk's
-    // start; kEmpty where there is none.
-    struct Slot {
-        IdStamp id;
-        uint32_t value;
-    };
     // What the walk keeps of a record beside it.
     struct Walked {
         IdStamp id;
         uint32_t parent;
         int32_t onPath; // how often the record stands on the walk's path
         uint64_t tracks;
+    };
+    // A table entry: a tag from the id's hash (0 where there is none) and a record index, or
+    // kAbove with the index of a node above the walk's start. A matching tag is confirmed
+    // against the id kept beside the record, so that a slot is 8 bytes and a table of a
+    // hundred thousand nodes stays within the cache.
+    struct Slot {
+        uint32_t tag;
+        uint32_t value;
     };
     static constexpr uint32_t kEmpty = 0xFFFFFFFFu;
     static constexpr uint32_t kAbove = 0x80000000u;
@@ -79,22 +81,34 @@ private:
     void sortIntoLevels();
 
     static uint64_t hash(const IdStamp& id) { return IdStampMixHash::mix(id); }
-    const Slot& slotFor(const IdStamp& id) const {
-        for (uint64_t i = hash(id) & mask_;; i = (i + 1) & mask_) {
-            const Slot& slot = table_[i];
-            if (slot.value == kEmpty || slot.id == id)
-                return slot;
+    static uint32_t tagOf(uint64_t h) {
+        const uint32_t t = static_cast<uint32_t>(h >> 32);
+        return t ? t : 1;
+    }
+    const IdStamp& idOf(uint32_t value) const {
+        return (value & kAbove) ? above_[value & ~kAbove] : walked_[value].id;
+    }
+    // The value stored for the id, or kEmpty.
+    uint32_t lookup(const IdStamp& id, uint64_t h) const {
+        const uint32_t tag = tagOf(h);
+        for (uint64_t i = h & mask_;; i = (i + 1) & mask_) {
+            const Slot slot = table_[i];
+            if (slot.tag == 0)
+                return kEmpty;
+            if (slot.tag == tag && idOf(slot.value) == id)
+                return slot.value;
         }
     }
-    Slot& slotFor(const IdStamp& id) { return const_cast<Slot&>(std::as_const(*this).slotFor(id)); }
-    void insert(const IdStamp& id, uint32_t value);
-    void grow();
+    // Stores a value for an id that is not in the table yet.
+    void insert(uint64_t h, uint32_t value);
+    void rebuild(size_t size);
 
     NodeUIPosSource* source_ = nullptr;
     int64_t baseDepth_ = 0;
     std::vector<TidyNodeRec> recs_;
     std::vector<Walked> walked_;
-    std::vector<Slot> table_; // open addressing, linear probing, at most half full
+    std::vector<IdStamp> above_; // the path above the walk's start
+    std::vector<Slot> table_;    // open addressing, linear probing, at most half full
     uint64_t mask_ = 0;
     size_t used_ = 0;
     std::vector<uint32_t> order_;

@@ -45,6 +45,11 @@ TidyLevels::TidyLevels(EditGraphIterator& iterator, NodeUIPosSource* source) : s
         }
     }
     walk(iterator);
+    // The source is asked for each record in order of first visit, as the walk met them, but
+    // after it: the lookups then don't wait on one another.
+    if (source_)
+        for (uint32_t i = 0; i < recs_.size(); ++i)
+            recs_[i].posRec = source_->getPosRecForNode(walked_[i].id);
     sortIntoLevels();
 }
 
@@ -120,7 +125,6 @@ uint32_t TidyLevels::enter(EditGraphIterator& iterator, const Frame* parent, FXG
         TidyNodeRec& rec = recs_.emplace_back();
         rec.level = level;
         rec.node = here;
-        rec.posRec = source_ ? source_->getPosRecForNode(id) : nullptr;
         uint32_t parentRec = kNone;
         if (level != 0 && parent) {
             rec.parentInput = iterator.getParentInputNum();

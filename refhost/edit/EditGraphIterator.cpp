@@ -240,6 +240,10 @@ bool EditGraphIterator::step(unsigned input, bool hold) {
         path_.pop_back();
         return false;
     }
+    // And the new node's own inputs, which the walk reads next when it goes on down.
+    const std::vector<FXGraphNodeBase::Input>& below = path_.back().node->inputs();
+    if (!below.empty())
+        __builtin_prefetch(below.data());
     return true;
 }
 

@@ -174,6 +174,8 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
         return false;
     out.parentInput = static_cast<int>(input);
     out.edit = at.edit;
+    if (at.inner)
+        out.inner = at.inner;
     out.time = at.time;
     if (in.node) {
         if (hold)
@@ -181,12 +183,8 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
         else
             out.node.look(in.node.get());
         out.chan = at.chan;
-        if (at.inner)
-            out.inner = at.inner;
         return true;
     }
-    if (at.inner)
-        out.inner = at.inner;
     // The tracks of a compound effect are channels of its inner edit, at the inner time.
     if (auto* compound = dynamic_cast<const CompoundEffect*>(at.node.get())) {
         if (!compound->innerEdit())

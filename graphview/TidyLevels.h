@@ -27,9 +27,15 @@ public:
     // Records are numbered in order of first visit; the root is 0.
     size_t size() const { return recs_.size(); }
     const TidyNodeRec& rec(uint32_t index) const { return recs_[index]; }
-    const IdStamp& id(uint32_t index) const { return ids_[index]; }
+    const IdStamp& id(uint32_t index) const { return walked_[index].id; }
     // The record of the parent the node hangs from; kNone for the root.
-    uint32_t parentIndex(uint32_t index) const { return parents_[index]; }
+    uint32_t parentIndex(uint32_t index) const { return walked_[index].parent; }
+    // The number of distinct valid channels feeding the track inputs of the record's node, 0
+    // unless it is an effect; counted during the walk, while the node is at hand, for every
+    // record through which the walk stepped to an input, else kUncounted.
+    uint64_t tracks(uint32_t index) const { return walked_[index].tracks; }
+    static constexpr uint64_t kUncounted = ~uint64_t{0};
+    static uint64_t distinctTracks(FXGraphNodeBase* node);
     uint32_t indexOf(const IdStamp& id) const;
     const TidyNodeRec* find(const IdStamp& id) const;
 
@@ -50,10 +56,19 @@ private:
         unsigned inputs;
         unsigned next;
     };
-    // A table entry: an id with its record index, or with kAbove for a node above the walk's
-    // start; kEmpty where there is none.
-    struct Slot {
+    // What the walk keeps of a record beside it.
+    struct Walked {
         IdStamp id;
+        uint32_t parent;
+        int32_t onPath; // how often the record stands on the walk's path
+        uint64_t tracks;
+    };
+    // A table entry: a tag from the id's hash (0 where there is none) and a record index, or
+    // kAbove with the index of a node above the walk's start. A matching tag is confirmed
+    // against the id kept beside the record, so that a slot is 8 bytes and a table of a
+    // hundred thousand nodes stays within the cache.
+    struct Slot {
+        uint32_t tag;
         uint32_t value;
     };
     static constexpr uint32_t kEmpty = 0xFFFFFFFFu;
@@ -66,24 +81,34 @@ private:
     void sortIntoLevels();
 
     static uint64_t hash(const IdStamp& id) { return IdStampMixHash::mix(id); }
-    const Slot& slotFor(const IdStamp& id) const {
-        for (uint64_t i = hash(id) & mask_;; i = (i + 1) & mask_) {
-            const Slot& slot = table_[i];
-            if (slot.value == kEmpty || slot.id == id)
-                return slot;
+    static uint32_t tagOf(uint64_t h) {
+        const uint32_t t = static_cast<uint32_t>(h >> 32);
+        return t ? t : 1;
+    }
+    const IdStamp& idOf(uint32_t value) const {
+        return (value & kAbove) ? above_[value & ~kAbove] : walked_[value].id;
+    }
+    // The value stored for the id, or kEmpty.
+    uint32_t lookup(const IdStamp& id, uint64_t h) const {
+        const uint32_t tag = tagOf(h);
+        for (uint64_t i = h & mask_;; i = (i + 1) & mask_) {
+            const Slot slot = table_[i];
+            if (slot.tag == 0)
+                return kEmpty;
+            if (slot.tag == tag && idOf(slot.value) == id)
+                return slot.value;
         }
     }
-    Slot& slotFor(const IdStamp& id) { return const_cast<Slot&>(std::as_const(*this).slotFor(id)); }
-    void insert(const IdStamp& id, uint32_t value);
-    void grow();
+    // Stores a value for an id that is not in the table yet.
+    void insert(uint64_t h, uint32_t value);
+    void rebuild(size_t size);
 
     NodeUIPosSource* source_ = nullptr;
     int64_t baseDepth_ = 0;
     std::vector<TidyNodeRec> recs_;
-    std::vector<IdStamp> ids_;
-    std::vector<uint32_t> parents_;
-    std::vector<int32_t> onPath_; // how often each record stands on the walk's path
-    std::vector<Slot> table_;     // open addressing, linear probing, at most half full
+    std::vector<Walked> walked_;
+    std::vector<IdStamp> above_; // the path above the walk's start
+    std::vector<Slot> table_;    // open addressing, linear probing, at most half full
     uint64_t mask_ = 0;
     size_t used_ = 0;
     std::vector<uint32_t> order_;

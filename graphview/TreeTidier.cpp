@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include "graphview/TidyLevels.h"
@@ -28,29 +29,6 @@ namespace {
 
 using VidRouting::Orientations::LeftToRight;
 using Orientation = VidRouting::Orientations::Orientation;
-
-// The number of distinct valid channels feeding the track inputs of a node; 0 unless it is an
-// effect.
-uint64_t distinctTracks(FXGraphNodeBase* node) {
-    auto* effect = dynamic_cast<EffectInstance_opu4h5a4j*>(node);
-    if (!effect)
-        return 0;
-    const uint16_t n = effect->getNumTrackInputs();
-    IdStamp small[8];
-    std::vector<IdStamp> large;
-    IdStamp* seen = small;
-    if (n > 8) {
-        large.resize(n);
-        seen = large.data();
-    }
-    uint64_t count = 0;
-    for (uint16_t i = 0; i < n; ++i) {
-        const IdStamp id = effect->getInputTrackId(i);
-        if (id.valid() && std::find(seen, seen + count, id) == seen + count)
-            seen[count++] = id;
-    }
-    return count;
-}
 
 // The positions of one run by record index, as the records would hold them, and the placing of
 // levels from their offsets.
@@ -127,35 +105,21 @@ struct Spacing {
     double sibling;
 };
 
-// Whether levels can be placed one at a time, a repair re-placing only the level it spread and the
-// one it tested: so when every parent with a record stands in a level above its child. A walk
-// that closed a cycle can hang a node from a parent at its own level or below, or from one in no
-// level.
-bool parentsAbove(const TidyLevels& tidy) {
-    for (size_t L = 0; L < tidy.numLevels(); ++L) {
-        for (uint32_t i : tidy.level(L)) {
-            if (!tidy.rec(i).parent)
-                continue;
-            const uint32_t p = tidy.parentIndex(i);
-            if (tidy.rec(p).posRec && (!tidy.inLevels(p) || tidy.rec(p).level >= L))
-                return false;
-        }
-    }
-    return true;
-}
-
 // Offsets, placing and the repair pass. `wholeTree` re-places every level after each repair, in
 // the order in which the records were always written, for the trees and values where that order
-// shows.
-Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> origin, Spacing spacing,
-                 bool wholeTree) {
+// shows. Without it, levels are placed one at a time, a repair re-placing only the level it
+// spread and the one it tested; that holds only while every parent with a record stands in a
+// level above its child, and the layout gives nothing as soon as one doesn't: a walk that closed
+// a cycle can hang a node from a parent at its own level or below, or from one in no level.
+std::optional<Placement> layout(const TidyLevels& tidy, Orientation orientation, XY<double> origin,
+                                Spacing spacing, bool wholeTree) {
     Placement place(tidy, orientation);
+    bool parentNotAbove = false;
 
     // Offsets: each input slot centred on its parent, input 0 on top. `tracks - 1` is unsigned
     // and 64 bits wide on purpose: a parent without valid tracks throws its children far off.
     // The parent's record is the one the source gave at the parent's first visit. A level's
     // offsets depend on nothing placed, so they are worked out as each level comes.
-    std::vector<uint64_t> tracksOf(tidy.size(), ~uint64_t{0});
     auto offsetLevel = [&](size_t L) {
         for (uint32_t i : tidy.level(L)) {
             const TidyNodeRec& rec = tidy.rec(i);
@@ -166,14 +130,11 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
             }
             const uint32_t p = tidy.parentIndex(i);
             o.parentRec = tidy.rec(p).posRec;
-            uint64_t tracks;
-            if (rec.parent == tidy.rec(p).node) {
-                if (tracksOf[p] == ~uint64_t{0})
-                    tracksOf[p] = distinctTracks(rec.parent);
-                tracks = tracksOf[p];
-            } else {
-                tracks = distinctTracks(rec.parent);
-            }
+            if (o.parentRec && (!tidy.inLevels(p) || tidy.rec(p).level >= L))
+                parentNotAbove = true;
+            uint64_t tracks = tidy.tracks(p);
+            if (rec.parent != tidy.rec(p).node || tracks == TidyLevels::kUncounted)
+                tracks = TidyLevels::distinctTracks(rec.parent);
             o.offset.x = spacing.depth;
             o.offset.y = static_cast<double>(tracks - 1) * spacing.sibling * 0.5 -
                          static_cast<double>(rec.parentInput) * spacing.sibling;
@@ -190,6 +151,8 @@ Placement layout(const TidyLevels& tidy, Orientation orientation, XY<double> ori
     for (size_t L = 0; L < tidy.numLevels(); ++L) {
         if (!wholeTree) {
             offsetLevel(L);
+            if (parentNotAbove)
+                return std::nullopt;
             place.placeLevel(L);
         }
         if (L < 2)
@@ -270,10 +233,10 @@ bool TreeTidier::run(EditGraphIterator& iterator, double x, double y) {
     const TidyLevels tidy(iterator, source);
     const Orientation orientation = source->getOrientation();
     const Spacing spacing{depthSpacing, siblingSpacing};
-    bool wholeTree = !parentsAbove(tidy);
-    Placement place = layout(tidy, orientation, XY<double>(x, y), spacing, wholeTree);
-    if (!wholeTree && place.negativeZero())
-        place = layout(tidy, orientation, XY<double>(x, y), spacing, true);
+    std::optional<Placement> placed = layout(tidy, orientation, XY<double>(x, y), spacing, false);
+    if (!placed || placed->negativeZero())
+        placed = layout(tidy, orientation, XY<double>(x, y), spacing, true);
+    const Placement& place = *placed;
 
     // Each record of a level is written once, in order of first visit, which is the order in
     // which the source gave them. A record given a value equal to its own keeps its own, so where

@@ -53,6 +53,12 @@ public:
     bool isValid() const { return !path_.empty(); }
     int depth() const { return static_cast<int>(path_.size()) - 1; }
     Zk::Ptr<FXGraphNodeBase> getNode(int index) const;
+    // The same node without taking a reference, for a caller that only looks: it stays valid
+    // while the entry stands on the path and the graph is not changed.
+    FXGraphNodeBase* peekNode(int index) const {
+        const int i = entryIndex(index);
+        return i < 0 ? nullptr : path_[static_cast<size_t>(i)].node.get();
+    }
     IdStamp getNodeId(int index) const;
     // -1 the current entry, -2 the one before (at the root: the root's own channel); a missing
     // entry gives the invalid id and -1.
@@ -61,6 +67,10 @@ public:
     int getParentInputNum() const;
 
     bool moveToInput(unsigned input);
+    // Steps as moveToInput, for a walk that only looks: the new entry holds no reference on its
+    // node, so the walk must leave the graph as it is while it stands there. A copy of the
+    // iterator holds every node of its path.
+    bool lookToInput(unsigned input);
     bool moveBack();
     bool search(const FXGraphNodeBase* node);
     bool search(const IdStamp& id, eSearchType type = searchBelowRoot);
@@ -86,22 +96,101 @@ public:
     bool operator==(const EditGraphIterator& o) const;
 
 private:
+    // A path entry's node: held by a reference, or, for a step that only looks, not. A copy
+    // always holds; a move keeps what it had.
+    class NodeRef {
+    public:
+        NodeRef() = default;
+        NodeRef(const NodeRef& o) : node_(o.node_), held_(o.node_ != nullptr) { hold(); }
+        NodeRef(NodeRef&& o) noexcept : node_(o.node_), held_(o.held_) {
+            o.node_ = nullptr;
+            o.held_ = false;
+        }
+        NodeRef& operator=(const NodeRef& o) {
+            if (this != &o)
+                set(o.node_, true);
+            return *this;
+        }
+        NodeRef& operator=(NodeRef&& o) noexcept {
+            if (this != &o) {
+                drop();
+                node_ = o.node_;
+                held_ = o.held_;
+                o.node_ = nullptr;
+                o.held_ = false;
+            }
+            return *this;
+        }
+        NodeRef& operator=(const Zk::Ptr<FXGraphNodeBase>& p) {
+            set(p.get(), true);
+            return *this;
+        }
+        ~NodeRef() { drop(); }
+
+        // Stands on the node without a reference.
+        void look(FXGraphNodeBase* n) { set(n, false); }
+        FXGraphNodeBase* get() const { return node_; }
+        FXGraphNodeBase* operator->() const { return node_; }
+        explicit operator bool() const { return node_ != nullptr; }
+        bool operator==(const NodeRef& o) const { return node_ == o.node_; }
+        Zk::Ptr<FXGraphNodeBase> ptr() const { return Zk::Ptr<FXGraphNodeBase>(node_); }
+
+    private:
+        void hold() const {
+            if (held_)
+                static_cast<const Zk::InternalRefCount*>(node_)->addRef();
+        }
+        void drop() {
+            if (held_)
+                static_cast<const Zk::InternalRefCount*>(node_)->release();
+            node_ = nullptr;
+            held_ = false;
+        }
+        void set(FXGraphNodeBase* n, bool held) {
+            if (n && held)
+                static_cast<const Zk::InternalRefCount*>(n)->addRef();
+            drop();
+            node_ = n;
+            held_ = n && held;
+        }
+
+        FXGraphNodeBase* node_ = nullptr;
+        bool held_ = false;
+    };
+
+    // A step of the path. The edit an entry lies in is held by the iterator itself (edit_), or
+    // for the inside of a compound effect by `inner`, so that a step through a plain link takes
+    // no reference on an edit.
     struct Entry {
-        Zk::Ptr<FXGraphNodeBase> node;
+        NodeRef node;
         int chan = -1; // in the entry's edit
         int parentInput = 0;
-        EditPtr edit;      // the edit the entry lies in
-        double time = 0.0; // the walk's time in that edit
+        Edit* edit = nullptr; // the edit the entry lies in
+        EditPtr inner;        // holds `edit` where it is a compound effect's inner edit
+        double time = 0.0;    // the walk's time in that edit
+
+        // A path that grows moves its entries, so that each keeps what it held.
+        Entry() = default;
+        Entry(const Entry&) = default;
+        Entry(Entry&&) noexcept = default;
+        Entry& operator=(const Entry&) = default;
+        Entry& operator=(Entry&&) noexcept = default;
+        ~Entry() = default;
     };
     friend class FXEditor;
     friend class EditGraphSearchScope;
 
-    int entryIndex(int index) const;
+    int entryIndex(int index) const {
+        if (index < 0)
+            index = static_cast<int>(path_.size()) + index;
+        return index >= 0 && index < static_cast<int>(path_.size()) ? index : -1;
+    }
     // The entry whose channel index -2 and the like name; at the root, -2 is the root itself.
     int chanEntryIndex(int index) const;
     bool startAtChannel(int chanIndex);
     bool searchFrom(const Entry& root, const FXGraphNodeBase* node, const IdStamp* id);
-    bool resolveInput(const Entry& at, unsigned input, Entry& out) const;
+    bool resolveInput(const Entry& at, unsigned input, Entry& out, bool hold = true) const;
+    bool step(unsigned input, bool hold);
     Entry rootEntry(int chan, const Zk::Ptr<FXGraphNodeBase>& node) const;
 
     EditPtr edit_;

@@ -126,20 +126,14 @@ EditGraphIterator::Entry EditGraphIterator::rootEntry(int chan, const Zk::Ptr<FX
     Entry e;
     e.node = node;
     e.chan = chan;
-    e.edit = edit_;
+    e.edit = edit_.get();
     e.time = time_;
     return e;
 }
 
-int EditGraphIterator::entryIndex(int index) const {
-    if (index < 0)
-        index = static_cast<int>(path_.size()) + index;
-    return index >= 0 && index < static_cast<int>(path_.size()) ? index : -1;
-}
-
 Zk::Ptr<FXGraphNodeBase> EditGraphIterator::getNode(int index) const {
     int i = entryIndex(index);
-    return i < 0 ? nullptr : path_[static_cast<size_t>(i)].node;
+    return i < 0 ? nullptr : path_[static_cast<size_t>(i)].node.ptr();
 }
 
 IdStamp EditGraphIterator::getNodeId(int index) const {
@@ -172,7 +166,7 @@ int EditGraphIterator::getParentInputNum() const {
     return path_.empty() ? 0 : path_.back().parentInput;
 }
 
-bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out) const {
+bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out, bool hold) const {
     if (!at.node || input >= at.node->getNumInputs() || input >= at.node->inputs().size())
         return false;
     const FXGraphNodeBase::Input& in = at.node->input(input);
@@ -180,9 +174,14 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
         return false;
     out.parentInput = static_cast<int>(input);
     out.edit = at.edit;
+    if (at.inner)
+        out.inner = at.inner;
     out.time = at.time;
     if (in.node) {
-        out.node = in.node;
+        if (hold)
+            out.node = in.node;
+        else
+            out.node.look(in.node.get());
         out.chan = at.chan;
         return true;
     }
@@ -190,7 +189,8 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
     if (auto* compound = dynamic_cast<const CompoundEffect*>(at.node.get())) {
         if (!compound->innerEdit())
             return false;
-        out.edit = compound->innerEdit();
+        out.inner = compound->innerEdit();
+        out.edit = out.inner.get();
         out.time = at.time + compound->timeOffset();
     }
     if (in.track.valid() && out.edit) {
@@ -198,7 +198,11 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
         int ev = out.edit->eventAt(c, out.time); // an internal track is no channel: -1
         if (ev < 0)
             return false;
-        out.node = out.edit->chan(c).cel->events()[static_cast<size_t>(ev)].node;
+        const Zk::Ptr<FXGraphNodeBase>& node = out.edit->chan(c).cel->events()[static_cast<size_t>(ev)].node;
+        if (hold)
+            out.node = node;
+        else
+            out.node.look(node.get());
         out.chan = c;
         return static_cast<bool>(out.node);
     }
@@ -206,12 +210,38 @@ bool EditGraphIterator::resolveInput(const Entry& at, unsigned input, Entry& out
 }
 
 bool EditGraphIterator::moveToInput(unsigned input) {
+    return step(input, true);
+}
+
+bool EditGraphIterator::lookToInput(unsigned input) {
+    return step(input, false);
+}
+
+bool EditGraphIterator::step(unsigned input, bool hold) {
     if (path_.empty())
         return false;
-    Entry next;
-    if (!resolveInput(path_.back(), input, next))
+    // A walk that takes a node's first input mostly takes the others after it: their nodes are
+    // fetched into the cache now, while the walk goes down the first.
+    if (input == 0 && path_.back().node) {
+        for (const FXGraphNodeBase::Input& in : path_.back().node->inputs()) {
+            const char* n = reinterpret_cast<const char*>(in.node.get());
+            if (n) {
+                __builtin_prefetch(n);
+                __builtin_prefetch(n + 64);
+            }
+        }
+    }
+    // The step is resolved in its place at the end of the path, and taken off again when the
+    // input leads nowhere.
+    path_.emplace_back();
+    if (!resolveInput(path_[path_.size() - 2], input, path_.back(), hold)) {
+        path_.pop_back();
         return false;
-    path_.push_back(next);
+    }
+    // And the new node's own inputs, which the walk reads next when it goes on down.
+    const std::vector<FXGraphNodeBase::Input>& below = path_.back().node->inputs();
+    if (!below.empty())
+        __builtin_prefetch(below.data());
     return true;
 }
 
@@ -223,7 +253,7 @@ bool EditGraphIterator::moveBack() {
 }
 
 EditPtr EditGraphIterator::getCurrentPosEdit() const {
-    return path_.empty() ? edit_ : path_.back().edit;
+    return path_.empty() ? edit_ : EditPtr(path_.back().edit);
 }
 
 bool EditGraphIterator::isCompoundEffectHead() const {
@@ -233,9 +263,9 @@ bool EditGraphIterator::isCompoundEffectHead() const {
 bool EditGraphIterator::moveBackToCompoundEffect() {
     if (path_.empty())
         return false;
-    const Edit* here = path_.back().edit.get();
+    const Edit* here = path_.back().edit;
     for (size_t i = path_.size() - 1; i-- > 0;) {
-        if (path_[i].edit.get() == here)
+        if (path_[i].edit == here)
             continue;
         // The first entry of another edit going back is the head whose inputs lead here.
         path_.resize(i + 1);
@@ -330,7 +360,7 @@ void EditGraphIterator::findAllComponents(Vector<Zk::Ptr<FXGraphNodeBase>>& out)
         stack.pop_back();
         if (!seen.insert(e.node.get()).second)
             continue;
-        out.append(e.node);
+        out.append(e.node.ptr());
         // Push in reverse so that input 0 comes out first: a preorder over rising inputs.
         for (unsigned i = e.node->getNumInputs(); i-- > 0;) {
             Entry child;
@@ -352,9 +382,9 @@ NumRange<double, Ordered> EditGraphIterator::getRange(int index, CelEventPair::e
     const CelEvent& e = at.edit->chan(at.chan).cel->events()[static_cast<size_t>(ev)];
     double shift = at.time - time_;
     double lo = e.start - shift, hi = e.end - shift;
-    if (at.edit.get() != edit_.get())
+    if (at.edit != edit_.get())
         for (int j = i; j-- > 0;) {
-            if (path_[static_cast<size_t>(j)].edit.get() == at.edit.get())
+            if (path_[static_cast<size_t>(j)].edit == at.edit)
                 continue;
             NumRange<double, Ordered> outer = getRange(j, CelEventPair::kEventRange);
             lo = std::max(lo, outer.lo);
@@ -369,7 +399,7 @@ CelEventPair EditGraphIterator::getUTRHandle(int index) const {
     if (i < 0 || path_[static_cast<size_t>(i)].chan < 0)
         return CelEventPair();
     const Entry& at = path_[static_cast<size_t>(i)];
-    return CelEventPair(at.edit, at.chan, at.time);
+    return CelEventPair(EditPtr(at.edit), at.chan, at.time);
 }
 
 EditGraphIteratorState EditGraphIterator::getState() const {

@@ -38,7 +38,8 @@ struct TidyCase {
     XY<double> origin{0.0, 0.0};
     double depth = S;
     double sibling = S;
-    int startInput = -1; // when not -1, the walk starts at this input of the root
+    int startInput = -1;             // when not -1, the walk starts at this input of the root
+    std::vector<unsigned> startPath; // or, when given, at the end of these inputs from the root
     std::function<void(EditPosSource&)> preset;
 };
 
@@ -50,6 +51,9 @@ Outcome tidy(const TidyCase& run) {
     EditGraphIterator it = FXEditor::getIteratorFor(run.edit, run.root, 1.0, 9);
     if (run.startInput >= 0 && !it.moveToInput(static_cast<unsigned>(run.startInput)))
         it = EditGraphIterator(0);
+    for (unsigned input : run.startPath)
+        if (!it.moveToInput(input))
+            break;
     Tidier tidier(&source, run.depth, run.sibling);
     Outcome out;
     out.ok = tidier.run(it, run.origin.x, run.origin.y);
@@ -195,6 +199,53 @@ TEST(TreeTidierSideBySide, RandomGraphsWithCyclesAndStartingPositions) {
                     source.getPosRecForNode(IdStamp(1, 0, i))->setPos(p.x, p.y, false);
             };
         }
+        expectSame(run, "round " + std::to_string(round));
+        if (HasFailure())
+            return;
+    }
+}
+
+TEST(TreeTidierSideBySide, TwinNodesAndWalksFromDeepWithin) {
+    // Two objects under one id (a node and a stray copy linked in its place somewhere) share a
+    // record but not their inputs or tracks; walks start up to four steps below the root, so
+    // that the path above them closes cycles.
+    std::mt19937 rng(77);
+    for (int round = 0; round < 3000; ++round) {
+        GraphBuilder g;
+        const int chan = g.channel(L"V1");
+        const uint32_t n = 3 + rng() % 10;
+        std::vector<Zk::Ptr<EffectInstance_opu4h5a4j>> fx;
+        for (uint32_t i = 1; i <= n; ++i)
+            fx.push_back(g.effect(i, 1 + rng() % 3));
+        std::vector<Zk::Ptr<EffectInstance_opu4h5a4j>> twins;
+        for (int t = 0; t < 2; ++t) {
+            auto twin = Zk::make<EffectInstance_opu4h5a4j>(fx[rng() % n]->getId());
+            twin->setNumInputs(rng() % 3);
+            for (unsigned k = 0; k < twin->getNumInputs(); ++k)
+                twin->input(k).track = rng() % 3 ? g.edit->newTrackId() : IdStamp();
+            twins.push_back(twin);
+        }
+        auto any = [&]() -> Zk::Ptr<FXGraphNodeBase> {
+            if (rng() % 6 == 0)
+                return twins[rng() % twins.size()];
+            return fx[rng() % n];
+        };
+        for (auto& e : fx)
+            for (unsigned k = 0; k < e->getNumInputs(); ++k)
+                if (rng() % 6 != 0)
+                    GraphBuilder::link(e, k, any());
+        for (auto& t : twins)
+            for (unsigned k = 0; k < t->getNumInputs(); ++k)
+                if (rng() % 2)
+                    t->input(k).node = fx[rng() % n];
+        g.graphEvent(chan, 0, 10, fx[0]);
+
+        TidyCase run;
+        run.edit = g.edit;
+        run.root = fx[0]->getId();
+        run.orientation = rng() % 2 ? LeftToRight : BottomToTop;
+        for (unsigned steps = rng() % 5; steps > 0; --steps)
+            run.startPath.push_back(rng() % 3);
         expectSame(run, "round " + std::to_string(round));
         if (HasFailure())
             return;

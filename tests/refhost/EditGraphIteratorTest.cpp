@@ -79,6 +79,87 @@ TEST(EditGraphIterator, PathStepsAndChannels) {
     EXPECT_EQ(none.getParentInputNum(), 0);
 }
 
+// A looking step goes where moveToInput goes, through links and channels alike, without taking
+// a reference; a copy of the iterator holds every node of its path, and letting both go leaves
+// every count as it was.
+TEST(EditGraphIterator, LookingStepsHoldNothingAndCopiesHoldAll) {
+    MixEdit m;
+    const int mixRefs = m.mix->refCount();
+    const int blurRefs = m.blur->refCount();
+    const int srcRefs = m.src->refCount();
+    {
+        EditGraphIterator held(m.g.edit, m.v1, 1.0, 0);
+        EditGraphIterator look(m.g.edit, m.v1, 1.0, 0);
+        ASSERT_TRUE(held.moveToInput(0) && held.moveToInput(0));
+        EXPECT_EQ(m.src->refCount(), srcRefs + 1) << "moveToInput holds the node it stands on";
+        ASSERT_TRUE(look.lookToInput(0));
+        EXPECT_EQ(look.getChanIndex(-1), m.v2) << "a track input enters the feeding channel";
+        ASSERT_TRUE(look.lookToInput(0));
+        EXPECT_EQ(look.getNodeId(-1), held.getNodeId(-1));
+        EXPECT_EQ(look.getChanIndex(-1), held.getChanIndex(-1));
+        EXPECT_EQ(look.getParentInputNum(), held.getParentInputNum());
+        EXPECT_TRUE(look == held);
+        EXPECT_EQ(look.peekNode(-1), m.src.get());
+        EXPECT_EQ(look.peekNode(-4), nullptr);
+        EXPECT_EQ(m.blur->refCount(), blurRefs + 1) << "only the held path counts";
+        EXPECT_EQ(m.src->refCount(), srcRefs + 1);
+        EXPECT_FALSE(look.lookToInput(0)) << "a material has no inputs";
+        EXPECT_EQ(look.depth(), 2) << "a failed step leaves the path alone";
+
+        {
+            Zk::Ptr<FXGraphNodeBase> got = look.getNode(-1);
+            EXPECT_EQ(m.src->refCount(), srcRefs + 2) << "getNode hands out a reference of its own";
+        }
+        EditGraphIterator copy = look;
+        EXPECT_EQ(m.src->refCount(), srcRefs + 2) << "a copy holds what its original only looked at";
+        EXPECT_EQ(m.blur->refCount(), blurRefs + 2);
+        EditGraphIterator assigned(0);
+        assigned = look;
+        EXPECT_EQ(m.src->refCount(), srcRefs + 3);
+        EXPECT_TRUE(copy.moveBack() && copy.moveBack());
+        EXPECT_EQ(m.src->refCount(), srcRefs + 2);
+        EXPECT_TRUE(look.moveBack());
+        EXPECT_EQ(m.src->refCount(), srcRefs + 2) << "stepping back from a look releases nothing";
+        EXPECT_TRUE(look.lookToInput(0));
+        EXPECT_EQ(look.getNode(-1), m.src);
+    }
+    EXPECT_EQ(m.mix->refCount(), mixRefs);
+    EXPECT_EQ(m.blur->refCount(), blurRefs);
+    EXPECT_EQ(m.src->refCount(), srcRefs);
+}
+
+// Round a ring, held and looking steps in turn: the path grows past its capacity and moves its
+// entries, each keeping what it held, and shrinks again.
+TEST(EditGraphIterator, HeldAndLookingStepsRoundARing) {
+    GraphBuilder g;
+    int v = g.channel(L"V1");
+    auto a = g.effect(1, 1), b = g.effect(2, 1);
+    GraphBuilder::link(a, 0, b);
+    GraphBuilder::link(b, 0, a);
+    g.graphEvent(v, 0, 10, a);
+    const int aRefs = a->refCount();
+    const int bRefs = b->refCount();
+    {
+        EditGraphIterator it(g.edit, v, 1.0, 0);
+        for (int i = 0; i < 100; ++i)
+            ASSERT_TRUE(i % 2 ? it.lookToInput(0) : it.moveToInput(0));
+        EXPECT_EQ(it.depth(), 100);
+        EXPECT_EQ(it.getNodeId(-1), a->getId());
+        EXPECT_EQ(a->refCount(), aRefs + 1) << "the root is held, a's other entries only look";
+        EXPECT_EQ(b->refCount(), bRefs + 50);
+        EditGraphIterator copy = it;
+        EXPECT_EQ(a->refCount(), aRefs + 1 + 51);
+        EXPECT_EQ(b->refCount(), bRefs + 100);
+        while (it.moveBack())
+            ;
+        EXPECT_EQ(it.depth(), 0);
+        EXPECT_EQ(a->refCount(), aRefs + 1 + 51);
+        EXPECT_EQ(b->refCount(), bRefs + 50);
+    }
+    EXPECT_EQ(a->refCount(), aRefs);
+    EXPECT_EQ(b->refCount(), bRefs);
+}
+
 TEST(EditGraphIterator, PathsMayHoldANodeTwice) {
     GraphBuilder g;
     int v = g.channel(L"V1");

@@ -2,7 +2,6 @@
 #include "host/EditGraphIterator.h"
 
 #include <algorithm>
-#include <set>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -278,7 +277,7 @@ bool EditGraphIterator::searchFrom(const Entry& root, const FXGraphNodeBase* nod
     // Depth first over inputs in rising order; each node is entered once so that a cycle ends.
     std::vector<Entry> path{root};
     std::vector<unsigned> nextInput{0};
-    std::set<const FXGraphNodeBase*> seen{root.node.get()};
+    std::unordered_set<const FXGraphNodeBase*> seen{root.node.get()};
     // Looking for an id also finds the node that comes in through the track of that id.
     auto matches = [&](const Entry& e, const Entry* parent) {
         if (node)
@@ -353,7 +352,7 @@ bool EditGraphIterator::search(const IdStamp& id, eSearchType type) {
 void EditGraphIterator::findAllComponents(Vector<Zk::Ptr<FXGraphNodeBase>>& out) const {
     if (path_.empty())
         return;
-    std::set<const FXGraphNodeBase*> seen;
+    std::unordered_set<const FXGraphNodeBase*> seen;
     std::vector<Entry> stack{path_.back()};
     while (!stack.empty()) {
         Entry e = stack.back();

@@ -243,6 +243,8 @@ private:
     // it goes, and each of its connections.
     std::vector<Zk::Box<int>> moveDamage(const FXGraphViewNode& node, const XY<int>& shift) const;
     static void mergeDamage(std::vector<Zk::Box<int>>& areas);
+    // The boxes a node covers where it stands, in view, merged.
+    std::vector<Zk::Box<int>> restingDamage(const FXGraphViewNode& node) const;
     // While a node is held and moved, the rest of the graph is kept as a picture and the node
     // floats above it: a move puts the picture back where the node was and where it goes and
     // paints only the node and its connections there. Letting go paints it back in its place.

@@ -177,6 +177,15 @@ void FXGraphView::mergeDamage(std::vector<Zk::Box<int>>& areas) {
     }
 }
 
+std::vector<Zk::Box<int>> FXGraphView::restingDamage(const FXGraphViewNode& node) const {
+    std::vector<Zk::Box<int>> areas;
+    for (Zk::Box<int> a : moveDamage(node, XY<int>(0, 0)))
+        if (clipRectToView(a.x1, a.y1, a.x2, a.y2))
+            areas.push_back(a);
+    mergeDamage(areas);
+    return areas;
+}
+
 bool FXGraphView::canFloat() const {
     return !Drawable::redrawsDisabled() && canvas()->renderer().isReadyToRender() && !drawingOverview_;
 }
@@ -191,12 +200,7 @@ void FXGraphView::keepPictureWithout(const Zk::Ptr<FXGraphViewNode>& node) {
         resetClipRect();
         draw();
     } else {
-        std::vector<Zk::Box<int>> areas;
-        for (Zk::Box<int> a : moveDamage(*node, XY<int>(0, 0)))
-            if (clipRectToView(a.x1, a.y1, a.x2, a.y2))
-                areas.push_back(a);
-        mergeDamage(areas);
-        for (const Zk::Box<int>& a : areas) {
+        for (const Zk::Box<int>& a : restingDamage(*node)) {
             canvas()->renderer().setClipRect(a);
             draw();
         }
@@ -229,13 +233,8 @@ void FXGraphView::landFloating() {
     forgetPicture();
     if (!node || !kept || !findViewRecForNode(node->getId()))
         return;
-    std::vector<Zk::Box<int>> areas;
-    for (Zk::Box<int> a : moveDamage(*node, XY<int>(0, 0)))
-        if (clipRectToView(a.x1, a.y1, a.x2, a.y2))
-            areas.push_back(a);
-    mergeDamage(areas);
     EditGraphSearchScope still(edit_);
-    for (const Zk::Box<int>& a : areas) {
+    for (const Zk::Box<int>& a : restingDamage(*node)) {
         canvas()->renderer().setClipRect(a);
         draw();
     }

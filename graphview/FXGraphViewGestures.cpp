@@ -136,22 +136,7 @@ std::vector<Zk::Box<int>> FXGraphView::moveDamage(const FXGraphViewNode& node, c
         if (c.node)
             connection(c.node->getInputPos(c.connector),
                        node.getOutputPos(static_cast<unsigned char>(output)));
-    // Two boxes are painted as one where the box round both is hardly larger than the two.
-    auto area = [](const Zk::Box<int>& b) { return static_cast<long>(b.x2 - b.x1) * (b.y2 - b.y1); };
-    for (bool merged = true; merged;) {
-        merged = false;
-        for (size_t i = 0; i < areas.size() && !merged; ++i)
-            for (size_t j = i + 1; j < areas.size() && !merged; ++j) {
-                Zk::Box<int> both = areas[i];
-                span(both, XY<int>(areas[j].x1, areas[j].y1));
-                span(both, XY<int>(areas[j].x2, areas[j].y2));
-                if (area(both) <= area(areas[i]) + area(areas[j])) {
-                    areas[i] = both;
-                    areas.erase(areas.begin() + static_cast<std::ptrdiff_t>(j));
-                    merged = true;
-                }
-            }
-    }
+    mergeDamage(areas);
     return areas;
 }
 

@@ -36,6 +36,7 @@ public:
     // A copy of the surface put aside, to be put back box by box: a view that moves one thing
     // over a scene that holds still paints the scene once and then only what moves.
     void keepSurface();
+    // Whether a copy is kept that still fits the surface.
     bool hasKeptSurface() const;
     // Puts the kept pixels of a box (widget pixels, y upward) back and marks the box changed;
     // false, with nothing done, when nothing is kept or the surface changed size since.

@@ -229,13 +229,15 @@ void Canvas::keepSurface() {
 }
 
 bool Canvas::hasKeptSurface() const {
-    return !surface_->kept.isNull();
+    const QImage& kept = surface_->kept;
+    return !kept.isNull() && kept.size() == surface_->image.size() &&
+           kept.format() == surface_->image.format();
 }
 
 bool Canvas::restoreKept(const Zk::Box<int>& box) {
     QImage& img = surface_->image;
     const QImage& kept = surface_->kept;
-    if (kept.isNull() || kept.size() != img.size() || kept.format() != img.format())
+    if (!hasKeptSurface())
         return false;
     const Zk::Box<int> b = normalised(box);
     const int x1 = std::max(b.x1, 0), x2 = std::min(b.x2, img.width());

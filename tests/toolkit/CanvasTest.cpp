@@ -158,3 +158,28 @@ TEST(Canvas, ADeferredRepaintPaintsWhatPrimitiveByPrimitiveDoes) {
     EXPECT_EQ(one.canvas()->pixel(10, 10) & 0xffffff, 0xff0000u) << "the clipped red";
     EXPECT_EQ(one.canvas()->pixel(2, 2) & 0xffffff, 0x0000ffu) << "outside the clip, blue";
 }
+
+// A kept copy of the surface comes back box by box, and only while it still fits the surface.
+TEST(Canvas, AKeptSurfaceComesBackBoxByBoxWhileItFits) {
+    Glob g(GlobCreationInfo(40, 30));
+    CanvasRenderer& r = g.canvas()->renderer();
+    ASSERT_TRUE(r.isReadyToRender());
+    Canvas& c = *g.canvas();
+    g.makeCanvasCurrent();
+    Glib::drawRect(r, Colour(0, 0, 1), Zk::Box<int>{0, 0, 40, 30});
+    EXPECT_FALSE(c.hasKeptSurface());
+    c.keepSurface();
+    Glib::drawRect(r, Colour(1, 0, 0), Zk::Box<int>{0, 0, 40, 30});
+    ASSERT_TRUE(c.restoreKept(Zk::Box<int>{10, 5, 20, 15}));
+    EXPECT_EQ(c.pixel(12, 7) & 0xffffff, 0x0000ffu) << "inside the box: the kept blue";
+    EXPECT_EQ(c.pixel(19, 14) & 0xffffff, 0x0000ffu);
+    EXPECT_EQ(c.pixel(20, 15) & 0xffffff, 0xff0000u) << "the box's far edges are outside it";
+    EXPECT_EQ(c.pixel(5, 25) & 0xffffff, 0xff0000u);
+    EXPECT_TRUE(c.restoreKept(Zk::Box<int>{-10, -10, -1, -1})) << "a box off the surface puts nothing back";
+
+    g.setDimensions(50, 30);
+    ASSERT_TRUE(r.isReadyToRender());
+    EXPECT_FALSE(c.hasKeptSurface()) << "a copy of another size no longer fits";
+    EXPECT_FALSE(c.restoreKept(Zk::Box<int>{0, 0, 10, 10}));
+    c.dropKeptSurface();
+}

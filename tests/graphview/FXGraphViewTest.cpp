@@ -356,28 +356,6 @@ TEST_F(ViewFixture, DraggingTheQtThumbMovesTheCentreAndKeepsTheZoom) {
     }
 }
 
-TEST_F(ViewFixture, NoticesRepaintNoMoreThanTheyNeed) {
-    view->calcMorphologyExtents(1.0);
-    const double start = view->morphologyStart(), end = view->morphologyEnd();
-    view->draw();
-    ASSERT_FALSE(view->isOutOfDate());
-
-    view->handleModifications(EditModifications(EditModification(kModNames, 0)), VobModification());
-    view->handleModifications(EditModifications(EditModification(4)), VobModification());
-    EXPECT_FALSE(view->isOutOfDate()) << "changed names repaint the names alone";
-    view->handleModifications(EditModifications(), VobModification(0x2, 2.0));
-    view->handleModifications(EditModifications(), VobModification(0x2, start));
-    EXPECT_FALSE(view->isOutOfDate()) << "a playhead inside the span repaints the stills alone";
-    EXPECT_EQ(view->morphologyStart(), start);
-    EXPECT_EQ(view->morphologyEnd(), end);
-    view->handleProjectStateChange(
-        {Zk::CurrentProject::ChangeDescription{Zk::CurrentProject::kPicturesChanged}});
-    EXPECT_FALSE(view->isOutOfDate()) << "new pictures repaint the stills alone";
-
-    view->handleModifications(EditModifications(EditModification(11)), VobModification());
-    EXPECT_TRUE(view->isOutOfDate()) << "a property shown on a node repaints the view";
-}
-
 TEST_F(ByHand, CanvasFollowsTheOutermostNodesAndTurnsGoThroughTheNodes) {
     openView(600, 400, "view-nodes-test");
     auto* one = new CountingNode(view, 3, 4);

@@ -229,6 +229,10 @@ TEST_F(ViewFixture, ScrollBarsFollowCentreAndZoomAndBack) {
     view->handleScrollbarMsg(v, ScrollBar::upButtonPressedMsg);
     EXPECT_NEAR(view->getViewCY(), std::min(1.0, cy + (400 / view->physicalScale()) / 3), 1e-12);
     EXPECT_EQ(view->handleMessageEvent(ScrollBar::downButtonPressedMsg, v), 1) << "bar messages are taken";
+    view->setViewCentre(0, 0);
+    EXPECT_EQ(view->handleMessageEvent(ScrollBar::downButtonPressedMsg, view), 0)
+        << "a scroll message from another widget is not the view's";
+    EXPECT_EQ(view->getViewCY(), 0.0);
 }
 
 TEST_F(ViewFixture, TimerCountAndClip) {

@@ -2,6 +2,7 @@
 // list of times.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -13,10 +14,7 @@ namespace {
 const std::string kSample = std::string(NODEDESK_SOURCE_DIR) + "/samples/multitrack.edit.json";
 
 size_t lines(const std::string& s) {
-    size_t n = 0;
-    for (char c : s)
-        n += c == '\n';
-    return n;
+    return static_cast<size_t>(std::count(s.begin(), s.end(), '\n'));
 }
 
 } // namespace

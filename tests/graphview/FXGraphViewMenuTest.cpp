@@ -142,13 +142,4 @@ TEST_F(MenuFixture, TheMenuPopsUpAsARealMenuWithItsTexts) {
     shown->close();
 }
 
-TEST_F(MenuFixture, OnlyTheScrollBarsMessagesAreTheViews) {
-    const double cx = view->getViewCX();
-    EXPECT_EQ(view->handleMessageEvent(ScrollBar::leftButtonPressedMsg, view), 0)
-        << "a scroll message from another widget is not the view's";
-    EXPECT_EQ(view->getViewCX(), cx);
-    EXPECT_EQ(view->handleMessageEvent(ScrollBar::leftButtonPressedMsg, view->horzScrollBar()), 1);
-    EXPECT_NE(view->getViewCX(), cx);
-}
-
 } // namespace

@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "../support/GraphBuilder.h"
+#include "../support/BuiltGraphView.h"
 #include "graphnodes/FXGraphViewNode.h"
 #include "host/Canvas.h"
 #include "host/EditorPreferences.h"
@@ -60,6 +60,9 @@ struct ProbeView : FXGraphView {
     std::vector<std::string> barMessages;
 };
 
+// A view on an edit built in code, for nodes placed by hand.
+struct ByHand : BuiltGraphView<ProbeView> {};
+
 // A view node on no graph node, for placing by hand.
 EditGraphIterator& nowhere() {
     static EditGraphIterator it;
@@ -103,26 +106,17 @@ void sendMouse(QWidget* w, QEvent::Type type, QPoint at, Qt::MouseButtons held) 
 
 } // namespace
 
-TEST_F(ViewFixture, ConstructionDefaults) {
+TEST_F(ViewFixture, ANewViewFitsItsNodesAndSharesItsOrientation) {
     EXPECT_LE(view->getViewZoom().getVal(), 0.75) << "the refit of the first nodes only ever zooms out";
-    EXPECT_EQ(view->getMaxNodeWidth(), 6 * UifStd::getRowHeight());
     EXPECT_TRUE(view->manualPosMode().getVal());
     EXPECT_EQ(view->getOrientation(), VidRouting::Orientations::BottomToTop);
-    EXPECT_EQ(view->getEditH(), edit);
     EXPECT_EQ(view->primaryChan(), edit->chan(0).id) << "the first video channel is in focus";
-    EXPECT_EQ(view->vob(), vob.get());
     EXPECT_EQ(NodeUIPosManager::getManagerFor(edit)->orientation(), VidRouting::Orientations::BottomToTop)
         << "the view gives its orientation to the edit's position manager";
-    EXPECT_STREQ(view->idstring(), "FXGraphView");
 }
 
-TEST(EmptyView, ZoomClampAndScale) {
-    ensureToolkitApplication();
-    GraphBuilder g;
-    g.channel(L"V1");
-    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(g.edit, "empty-view-test");
-    std::unique_ptr<FXGraphView> owned(new FXGraphView(FXGraphView::InitArgs(600, 400, vob.get(), 1)));
-    FXGraphView* view = owned.get();
+TEST_F(ByHand, AnEmptyViewClampsItsZoomAndScales) {
+    openView(600, 400, "empty-view-test");
     EXPECT_EQ(view->getViewZoom().getVal(), 0.75) << "zoom before any refit of nodes";
     view->setViewZoom(2.0);
     EXPECT_EQ(view->getViewZoom().getVal(), 1.0);
@@ -145,8 +139,6 @@ TEST(EmptyView, ZoomClampAndScale) {
     view->setMaxNodeSize(10);
     EXPECT_DOUBLE_EQ(view->physicalScale(), view->calcPhysicalScale(0.0));
     EXPECT_DOUBLE_EQ(view->calcPhysicalScale(0.5), 80.0) << "a canvas shown whole at full size ignores zoom";
-    owned.reset();
-    VobManager::instance().reset();
 }
 
 TEST_F(ViewFixture, SpacesAndPixels) {
@@ -237,6 +229,10 @@ TEST_F(ViewFixture, ScrollBarsFollowCentreAndZoomAndBack) {
     view->handleScrollbarMsg(v, ScrollBar::upButtonPressedMsg);
     EXPECT_NEAR(view->getViewCY(), std::min(1.0, cy + (400 / view->physicalScale()) / 3), 1e-12);
     EXPECT_EQ(view->handleMessageEvent(ScrollBar::downButtonPressedMsg, v), 1) << "bar messages are taken";
+    view->setViewCentre(0, 0);
+    EXPECT_EQ(view->handleMessageEvent(ScrollBar::downButtonPressedMsg, view), 0)
+        << "a scroll message from another widget is not the view's";
+    EXPECT_EQ(view->getViewCY(), 0.0);
 }
 
 TEST_F(ViewFixture, TimerCountAndClip) {
@@ -326,200 +322,149 @@ TEST_F(ViewFixture, BarsFrameTheCanvasAtAnySize) {
     }
 }
 
-TEST(ViewScrollBars, DraggingTheQtThumbMovesTheCentreAndKeepsTheZoom) {
-    ensureToolkitApplication();
-    std::string error;
-    EditPtr edit = EditFile::open(std::string(NODEDESK_SOURCE_DIR) + "/samples/multitrack.edit.json", error);
-    ASSERT_TRUE(edit) << error;
-    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(edit, "view-drag-test");
-    {
-        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
-        view.setViewZoom(0.8);
-        view.setViewCentre(-0.5, 0.5);
-        for (ScrollBar* bar : {view.horzScrollBar(), view.vertScrollBar()}) {
-            auto* control = static_cast<QScrollBar*>(bar->impl().control);
-            ASSERT_GT(bar->getThumbSize(), 0.0);
-            ASSERT_LT(bar->getThumbSize(), 1.0);
-            const double zoom = view.getViewZoom().getVal();
-            const double cx = view.getViewCX(), cy = view.getViewCY();
-            const QPoint from = thumbCentre(control);
-            const QPoint to = bar == view.horzScrollBar() ? from + QPoint(40, 0) : from + QPoint(0, 40);
-            view.barMessages.clear();
+TEST_F(ViewFixture, DraggingTheQtThumbMovesTheCentreAndKeepsTheZoom) {
+    ProbeView probe(FXGraphView::InitArgs(600, 400, vob.get(), 1));
+    probe.setViewZoom(0.8);
+    probe.setViewCentre(-0.5, 0.5);
+    for (ScrollBar* bar : {probe.horzScrollBar(), probe.vertScrollBar()}) {
+        auto* control = static_cast<QScrollBar*>(bar->impl().control);
+        ASSERT_GT(bar->getThumbSize(), 0.0);
+        ASSERT_LT(bar->getThumbSize(), 1.0);
+        const double zoom = probe.getViewZoom().getVal();
+        const double cx = probe.getViewCX(), cy = probe.getViewCY();
+        const QPoint from = thumbCentre(control);
+        const QPoint to = bar == probe.horzScrollBar() ? from + QPoint(40, 0) : from + QPoint(0, 40);
+        probe.barMessages.clear();
 
-            sendMouse(control, QEvent::MouseButtonPress, from, Qt::LeftButton);
-            EXPECT_TRUE(bar->isHeld()) << "a pressed thumb is held";
-            sendMouse(control, QEvent::MouseMove, to, Qt::LeftButton);
-            const double pos = bar->getThumbPos(), size = bar->getThumbSize();
-            sendMouse(control, QEvent::MouseButtonRelease, to, Qt::NoButton);
-            EXPECT_FALSE(bar->isHeld());
+        sendMouse(control, QEvent::MouseButtonPress, from, Qt::LeftButton);
+        EXPECT_TRUE(bar->isHeld()) << "a pressed thumb is held";
+        sendMouse(control, QEvent::MouseMove, to, Qt::LeftButton);
+        const double pos = bar->getThumbPos(), size = bar->getThumbSize();
+        sendMouse(control, QEvent::MouseButtonRelease, to, Qt::NoButton);
+        EXPECT_FALSE(bar->isHeld());
 
-            ASSERT_FALSE(view.barMessages.empty()) << "the drag reaches the view";
-            for (const std::string& m : view.barMessages)
-                EXPECT_EQ(m, ScrollBar::thumbMovedMsg);
-            EXPECT_EQ(view.getViewZoom().getVal(), zoom) << "a thumb moved at its size leaves the zoom";
-            if (bar == view.horzScrollBar()) {
-                EXPECT_GT(pos, 0.0);
-                EXPECT_DOUBLE_EQ(view.getViewCX(), (pos / (1 - size)) * 2.0 - 1.0);
-                EXPECT_GT(view.getViewCX(), cx) << "dragged right, the view looks further right";
-                EXPECT_EQ(view.getViewCY(), cy);
-            } else {
-                EXPECT_DOUBLE_EQ(view.getViewCY(), ((1 - pos - size) / (1 - size)) * 2.0 - 1.0);
-                EXPECT_LT(view.getViewCY(), cy) << "dragged down, the view looks further down";
-                EXPECT_EQ(view.getViewCX(), cx);
-            }
+        ASSERT_FALSE(probe.barMessages.empty()) << "the drag reaches the view";
+        for (const std::string& m : probe.barMessages)
+            EXPECT_EQ(m, ScrollBar::thumbMovedMsg);
+        EXPECT_EQ(probe.getViewZoom().getVal(), zoom) << "a thumb moved at its size leaves the zoom";
+        if (bar == probe.horzScrollBar()) {
+            EXPECT_GT(pos, 0.0);
+            EXPECT_DOUBLE_EQ(probe.getViewCX(), (pos / (1 - size)) * 2.0 - 1.0);
+            EXPECT_GT(probe.getViewCX(), cx) << "dragged right, the view looks further right";
+            EXPECT_EQ(probe.getViewCY(), cy);
+        } else {
+            EXPECT_DOUBLE_EQ(probe.getViewCY(), ((1 - pos - size) / (1 - size)) * 2.0 - 1.0);
+            EXPECT_LT(probe.getViewCY(), cy) << "dragged down, the view looks further down";
+            EXPECT_EQ(probe.getViewCX(), cx);
         }
     }
-    VobManager::instance().reset();
 }
 
-TEST_F(ViewFixture, NoticesRepaintNoMoreThanTheyNeed) {
-    view->calcMorphologyExtents(1.0);
-    const double start = view->morphologyStart(), end = view->morphologyEnd();
-    view->draw();
-    ASSERT_FALSE(view->isOutOfDate());
+TEST_F(ByHand, CanvasFollowsTheOutermostNodesAndTurnsGoThroughTheNodes) {
+    openView(600, 400, "view-nodes-test");
+    auto* one = new CountingNode(view, 3, 4);
+    view->add(Zk::Ptr<FXGraphViewNode>(one));
+    view->updateMinAndMaxPositions();
+    EXPECT_EQ(view->getCanvasMinX(), 2.0);
+    EXPECT_EQ(view->getCanvasMaxX(), 4.0);
+    EXPECT_EQ(view->getCanvasMinY(), 3.0);
+    EXPECT_EQ(view->getCanvasMaxY(), 5.0) << "one node: 2 units each way, round it";
 
-    view->handleModifications(EditModifications(EditModification(kModNames, 0)), VobModification());
-    view->handleModifications(EditModifications(EditModification(4)), VobModification());
-    EXPECT_FALSE(view->isOutOfDate()) << "changed names repaint the names alone";
-    view->handleModifications(EditModifications(), VobModification(0x2, 2.0));
-    view->handleModifications(EditModifications(), VobModification(0x2, start));
-    EXPECT_FALSE(view->isOutOfDate()) << "a playhead inside the span repaints the stills alone";
-    EXPECT_EQ(view->morphologyStart(), start);
-    EXPECT_EQ(view->morphologyEnd(), end);
-    view->handleProjectStateChange(
-        {Zk::CurrentProject::ChangeDescription{Zk::CurrentProject::kPicturesChanged}});
-    EXPECT_FALSE(view->isOutOfDate()) << "new pictures repaint the stills alone";
+    auto* two = new CountingNode(view, -2, 4);
+    auto* origin = new CountingNode(view, 0, 0);
+    view->add(Zk::Ptr<FXGraphViewNode>(two));
+    view->add(Zk::Ptr<FXGraphViewNode>(origin));
+    view->updateMinAndMaxPositions();
+    EXPECT_EQ(view->getCanvasMinX(), -2.5);
+    EXPECT_EQ(view->getCanvasMaxX(), 3.5);
+    EXPECT_EQ(view->getCanvasMinY(), -0.5);
+    EXPECT_EQ(view->getCanvasMaxY(), 4.5);
 
-    view->handleModifications(EditModifications(EditModification(11)), VobModification());
-    EXPECT_TRUE(view->isOutOfDate()) << "a property shown on a node repaints the view";
+    view->rotateNodes(90);
+    EXPECT_NEAR(one->x(), -4.0, 1e-12);
+    EXPECT_NEAR(one->y(), 3.0, 1e-12);
+    EXPECT_NEAR(two->x(), -4.0, 1e-12);
+    EXPECT_NEAR(two->y(), -2.0, 1e-12);
+    view->rotateNodes(-90);
+    EXPECT_NEAR(one->x(), 3.0, 1e-12);
+    EXPECT_NEAR(one->y(), 4.0, 1e-12);
+    EXPECT_NEAR(two->x(), -2.0, 1e-12);
+    EXPECT_NEAR(two->y(), 4.0, 1e-12);
+    EXPECT_EQ(one->moves, 2) << "each turn moves the node through its own setPos";
+    EXPECT_EQ(two->moves, 2);
+    EXPECT_EQ(origin->moves, 0) << "a node on the origin stays";
+    EXPECT_EQ(origin->x(), 0.0);
 }
 
-TEST(ViewNodesByHand, CanvasFollowsTheOutermostNodesAndTurnsGoThroughTheNodes) {
-    ensureToolkitApplication();
-    GraphBuilder g;
-    g.channel(L"V1");
-    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(g.edit, "view-nodes-test");
-    {
-        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
-        auto* one = new CountingNode(&view, 3, 4);
-        view.add(Zk::Ptr<FXGraphViewNode>(one));
-        view.updateMinAndMaxPositions();
-        EXPECT_EQ(view.getCanvasMinX(), 2.0);
-        EXPECT_EQ(view.getCanvasMaxX(), 4.0);
-        EXPECT_EQ(view.getCanvasMinY(), 3.0);
-        EXPECT_EQ(view.getCanvasMaxY(), 5.0) << "one node: 2 units each way, round it";
+TEST_F(ByHand, ExtentsAndTheZoomThatFitsThem) {
+    openView(600, 400, "view-fit-test");
+    auto* a = new CountingNode(view, 0.5, 0.25);
+    auto* b = new CountingNode(view, -0.25, 0.75);
+    auto* c = new CountingNode(view, 0.25, -0.5);
+    for (auto* n : {a, b, c})
+        view->add(Zk::Ptr<FXGraphViewNode>(n));
+    view->updateMinAndMaxPositions();
+    const double halfH = a->getTop() - a->y();
+    const Zk::Box<double> e = view->getGraphExtents();
+    EXPECT_DOUBLE_EQ(e.x1, -0.25 - 0.0625);
+    EXPECT_DOUBLE_EQ(e.x2, 0.5 + 0.0625);
+    EXPECT_DOUBLE_EQ(e.y1, -0.5 - halfH);
+    EXPECT_DOUBLE_EQ(e.y2, 0.75 + halfH) << "each corner widens the box on its own axis";
 
-        auto* two = new CountingNode(&view, -2, 4);
-        auto* origin = new CountingNode(&view, 0, 0);
-        view.add(Zk::Ptr<FXGraphViewNode>(two));
-        view.add(Zk::Ptr<FXGraphViewNode>(origin));
-        view.updateMinAndMaxPositions();
-        EXPECT_EQ(view.getCanvasMinX(), -2.5);
-        EXPECT_EQ(view.getCanvasMaxX(), 3.5);
-        EXPECT_EQ(view.getCanvasMinY(), -0.5);
-        EXPECT_EQ(view.getCanvasMaxY(), 4.5);
+    const double s0 = view->calcPhysicalScale(0.0), s1 = view->calcPhysicalScale(1.0);
+    ASSERT_LT(s0, s1);
+    // The 30-pixel margin: a box that fills the widget less 30 pixels fits at that scale.
+    const double want = (s0 + s1) / 2;
+    Zk::Box<double> box;
+    box.x1 = 0;
+    box.x2 = (600 - 30) / want;
+    box.y1 = 0;
+    box.y2 = (400 - 30) / want / 2; // the width decides
+    EXPECT_DOUBLE_EQ(view->fitViewToCanvRect(box), 0.5);
+    box.x2 = 1e-3;
+    box.y2 = 1e-3;
+    EXPECT_EQ(view->fitViewToCanvRect(box), 1.0) << "a tiny box clamps to full zoom";
+    box.x2 = 1e6;
+    box.y2 = 1e6;
+    EXPECT_EQ(view->fitViewToCanvRect(box), 0.0) << "a vast box clamps to the whole canvas";
+    box.x2 = 0;
+    box.y2 = 0;
+    EXPECT_EQ(view->fitViewToCanvRect(box), 1.0) << "a box of no size divides to infinity: zoom 1";
 
-        view.rotateNodes(90);
-        EXPECT_NEAR(one->x(), -4.0, 1e-12);
-        EXPECT_NEAR(one->y(), 3.0, 1e-12);
-        EXPECT_NEAR(two->x(), -4.0, 1e-12);
-        EXPECT_NEAR(two->y(), -2.0, 1e-12);
-        view.rotateNodes(-90);
-        EXPECT_NEAR(one->x(), 3.0, 1e-12);
-        EXPECT_NEAR(one->y(), 4.0, 1e-12);
-        EXPECT_NEAR(two->x(), -2.0, 1e-12);
-        EXPECT_NEAR(two->y(), 4.0, 1e-12);
-        EXPECT_EQ(one->moves, 2) << "each turn moves the node through its own setPos";
-        EXPECT_EQ(two->moves, 2);
-        EXPECT_EQ(origin->moves, 0) << "a node on the origin stays";
-        EXPECT_EQ(origin->x(), 0.0);
-    }
-    VobManager::instance().reset();
+    double cx = 99, cy = 99;
+    const double z = view->calcAutoScale(cx, cy);
+    EXPECT_DOUBLE_EQ(cx, (e.x1 + e.x2) / 2);
+    EXPECT_DOUBLE_EQ(cy, (e.y1 + e.y2) / 2);
+    Zk::Box<double> copy = e;
+    EXPECT_EQ(z, view->fitViewToCanvRect(copy));
 }
 
-TEST(ViewNodesByHand, ExtentsAndTheZoomThatFitsThem) {
-    ensureToolkitApplication();
-    GraphBuilder g;
-    g.channel(L"V1");
-    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(g.edit, "view-fit-test");
-    {
-        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
-        auto* a = new CountingNode(&view, 0.5, 0.25);
-        auto* b = new CountingNode(&view, -0.25, 0.75);
-        auto* c = new CountingNode(&view, 0.25, -0.5);
-        for (auto* n : {a, b, c})
-            view.add(Zk::Ptr<FXGraphViewNode>(n));
-        view.updateMinAndMaxPositions();
-        const double halfH = a->getTop() - a->y();
-        const Zk::Box<double> e = view.getGraphExtents();
-        EXPECT_DOUBLE_EQ(e.x1, -0.25 - 0.0625);
-        EXPECT_DOUBLE_EQ(e.x2, 0.5 + 0.0625);
-        EXPECT_DOUBLE_EQ(e.y1, -0.5 - halfH);
-        EXPECT_DOUBLE_EQ(e.y2, 0.75 + halfH) << "each corner widens the box on its own axis";
-
-        const double s0 = view.calcPhysicalScale(0.0), s1 = view.calcPhysicalScale(1.0);
-        ASSERT_LT(s0, s1);
-        // The 30-pixel margin: a box that fills the widget less 30 pixels fits at that scale.
-        const double want = (s0 + s1) / 2;
-        Zk::Box<double> box;
-        box.x1 = 0;
-        box.x2 = (600 - 30) / want;
-        box.y1 = 0;
-        box.y2 = (400 - 30) / want / 2; // the width decides
-        EXPECT_DOUBLE_EQ(view.fitViewToCanvRect(box), 0.5);
-        box.x2 = 1e-3;
-        box.y2 = 1e-3;
-        EXPECT_EQ(view.fitViewToCanvRect(box), 1.0) << "a tiny box clamps to full zoom";
-        box.x2 = 1e6;
-        box.y2 = 1e6;
-        EXPECT_EQ(view.fitViewToCanvRect(box), 0.0) << "a vast box clamps to the whole canvas";
-        box.x2 = 0;
-        box.y2 = 0;
-        EXPECT_EQ(view.fitViewToCanvRect(box), 1.0) << "a box of no size divides to infinity: zoom 1";
-
-        double cx = 99, cy = 99;
-        const double z = view.calcAutoScale(cx, cy);
-        EXPECT_DOUBLE_EQ(cx, (e.x1 + e.x2) / 2);
-        EXPECT_DOUBLE_EQ(cy, (e.y1 + e.y2) / 2);
-        Zk::Box<double> copy = e;
-        EXPECT_EQ(z, view.fitViewToCanvRect(copy));
-    }
-    VobManager::instance().reset();
-}
-
-TEST(ViewNodesByHand, ResetViewZoomsOutToShowEveryNodeAndRepaintsWhenAsked) {
-    ensureToolkitApplication();
+TEST_F(ByHand, ResetViewZoomsOutToShowEveryNodeAndRepaintsWhenAsked) {
     // Three nodes that hang from no channel: each is a root of its own.
-    GraphBuilder g;
-    g.channel(L"V1");
     for (uint32_t n = 1; n <= 3; ++n)
         g.effect(n, 0);
-    Zk::Ptr<Vob> vob = VobManager::instance().vobFor(g.edit, "view-reset-test");
-    {
-        ProbeView view(FXGraphView::InitArgs(600, 400, vob.get(), 1));
-        ASSERT_EQ(view.nodes().size(), 3u);
-        const XY<double> places[] = {XY<double>(-0.75, -0.5), XY<double>(0.75, 0.5), XY<double>(0.25, 0)};
-        for (size_t i = 0; i < 3; ++i)
-            view.nodes()[i]->pos_.setPos(places[i].x, places[i].y, false);
-        view.updateMinAndMaxPositions();
-        view.setViewCentre(0, 0);
-        view.setViewZoom(1.0);
-        view.draw();
-        ASSERT_FALSE(view.isOutOfDate());
-        Zk::Box<double> all = view.getGraphExtents();
-        const double fit = view.fitViewToCanvRect(all);
-        ASSERT_LT(fit, 1.0) << "these nodes do not fit at full zoom";
-        view.resetView(RedrawIfChanged, RefitAlways);
-        EXPECT_DOUBLE_EQ(view.getViewZoom().getVal(), fit) << "zoomed out just enough";
-        EXPECT_FALSE(view.isOutOfDate()) << "a refit without a centring asks for no repaint";
-        view.setViewZoom(1.0);
-        view.resetView(RedrawIfChanged, RefitIfTooBigAndCentre);
-        EXPECT_DOUBLE_EQ(view.getViewZoom().getVal(), fit);
-        EXPECT_DOUBLE_EQ(view.getViewCX(), (all.x1 + all.x2) / 2) << "centred on the nodes";
-        EXPECT_TRUE(view.isOutOfDate()) << "a centred view repaints";
-        view.draw();
-        view.resetView(RedrawAlways, RefitAlways);
-        EXPECT_TRUE(view.isOutOfDate());
-    }
-    VobManager::instance().reset();
+    openView(600, 400, "view-reset-test");
+    ASSERT_EQ(view->nodes().size(), 3u);
+    const XY<double> places[] = {XY<double>(-0.75, -0.5), XY<double>(0.75, 0.5), XY<double>(0.25, 0)};
+    for (size_t i = 0; i < 3; ++i)
+        view->nodes()[i]->pos_.setPos(places[i].x, places[i].y, false);
+    view->updateMinAndMaxPositions();
+    view->setViewCentre(0, 0);
+    view->setViewZoom(1.0);
+    view->draw();
+    ASSERT_FALSE(view->isOutOfDate());
+    Zk::Box<double> all = view->getGraphExtents();
+    const double fit = view->fitViewToCanvRect(all);
+    ASSERT_LT(fit, 1.0) << "these nodes do not fit at full zoom";
+    view->resetView(RedrawIfChanged, RefitAlways);
+    EXPECT_DOUBLE_EQ(view->getViewZoom().getVal(), fit) << "zoomed out just enough";
+    EXPECT_FALSE(view->isOutOfDate()) << "a refit without a centring asks for no repaint";
+    view->setViewZoom(1.0);
+    view->resetView(RedrawIfChanged, RefitIfTooBigAndCentre);
+    EXPECT_DOUBLE_EQ(view->getViewZoom().getVal(), fit);
+    EXPECT_DOUBLE_EQ(view->getViewCX(), (all.x1 + all.x2) / 2) << "centred on the nodes";
+    EXPECT_TRUE(view->isOutOfDate()) << "a centred view repaints";
+    view->draw();
+    view->resetView(RedrawAlways, RefitAlways);
+    EXPECT_TRUE(view->isOutOfDate());
 }

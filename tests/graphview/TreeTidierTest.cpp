@@ -45,7 +45,7 @@ struct Layout {
 
 } // namespace
 
-TEST(TreeTidier, RootWithoutInputsStandsAtThePoint) {
+TEST(TreeTidier, ARootWithoutInputsOrNothingAtAllStandsAtThePoint) {
     GraphBuilder g;
     int v = g.channel(L"V1");
     auto root = g.effect(1, 0);
@@ -58,17 +58,11 @@ TEST(TreeTidier, RootWithoutInputsStandsAtThePoint) {
     EXPECT_EQ(e.x2, 2.5);
     EXPECT_EQ(e.y1, -1.0);
     EXPECT_EQ(e.y2, -1.0);
-}
 
-TEST(TreeTidier, NothingToLayOutLeavesTheExtentsAtThePoint) {
-    GraphBuilder g;
-    g.channel(L"V1");
-    EditPosSource source(g.edit, LeftToRight);
-    TreeTidier tidier(&source, S, S);
     EditGraphIterator nothing(0);
-    EXPECT_FALSE(tidier.run(nothing, 3, 4));
-    auto e = tidier.getExtents();
-    EXPECT_EQ(e.x1, 3);
+    EXPECT_FALSE(l.tidier.run(nothing, 3, 4)) << "nothing to lay out";
+    e = l.tidier.getExtents();
+    EXPECT_EQ(e.x1, 3) << "and the extents still stand at the point";
     EXPECT_EQ(e.y2, 4);
 }
 
@@ -121,12 +115,10 @@ TEST(TreeTidier, TracksCountDistinctChannelsNotInputs) {
     g.feed(root, 1, v2);
     g.graphEvent(v1, 0, 10, root);
     g.materialEvent(v2, 0, 10, m);
-    EditPosSource source(g.edit, LeftToRight);
-    TreeTidier tidier(&source, S, S);
-    EditGraphIterator it = FXEditor::getIteratorFor(g.edit, root->getId(), 1.0, 9);
-    ASSERT_TRUE(tidier.run(it, 0, 0));
+    Layout l(g, root, LeftToRight);
+    ASSERT_TRUE(l.ok);
     // The material is reached twice at level 1; it keeps its first slot, input 0, at offset 0.
-    EXPECT_DOUBLE_EQ(source.getPosRecForNode(m->getId())->y(), 0.0);
+    EXPECT_DOUBLE_EQ(l.at(m).y, 0.0);
 }
 
 TEST(TreeTidier, AParentWithoutValidTracksThrowsItsInputsFarOff) {

@@ -4,11 +4,8 @@
 
 #include "../support/ProgramRun.h"
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sys/wait.h>
 
 #include "refhost/edit/EditFile.h"
 #include "refhost/edit/OtioReader.h"
@@ -21,10 +18,6 @@ struct Refusal {
     const char* where; // "LINE:COLUMN"
     const char* what;
 };
-
-ProgramRun run(const std::string& args) {
-    return runProgram(args);
-}
 
 } // namespace
 
@@ -86,7 +79,7 @@ TEST(OtioPrograms, ConvertWritesAnEditFileAndRefusesBadInput) {
         if (s.find("nested_example") != std::string::npos)
             in = s;
     std::string out = std::string(NODEDESK_BINARY_DIR) + "/nested.edit.json";
-    ProgramRun ok = run("nodedesk-convert " + in + " " + out);
+    ProgramRun ok = runProgram("nodedesk-convert " + in + " " + out);
     ASSERT_EQ(ok.code, 0) << ok.out;
     std::string error;
     EditPtr back = EditFile::open(out, error);
@@ -94,12 +87,12 @@ TEST(OtioPrograms, ConvertWritesAnEditFileAndRefusesBadInput) {
     EditPtr direct = OtioReader::open(in, error);
     EXPECT_EQ(otiotest::describe(*back), otiotest::describe(*direct));
 
-    ProgramRun bad = run("nodedesk-convert " + otiotest::malformed("rate-zero.otio") + " " + out + ".x");
+    ProgramRun bad = runProgram("nodedesk-convert " + otiotest::malformed("rate-zero.otio") + " " + out + ".x");
     EXPECT_EQ(bad.code, 2);
     EXPECT_EQ(bad.out, "nodedesk-convert: " + otiotest::malformed("rate-zero.otio") +
                            ":36:25: expected a rate above 0\n");
     EXPECT_FALSE(std::filesystem::exists(out + ".x"));
-    EXPECT_EQ(run("nodedesk-convert only-one.otio").code, 2);
+    EXPECT_EQ(runProgram("nodedesk-convert only-one.otio").code, 2);
 }
 
 TEST(OtioPrograms, LayoutTakesATimeline) {
@@ -108,13 +101,13 @@ TEST(OtioPrograms, LayoutTakesATimeline) {
         if (s.find("transition.otio") != std::string::npos)
             in = s;
     ASSERT_FALSE(in.empty());
-    ProgramRun r = run("nodedesk-layout " + in + " --time 0.3");
+    ProgramRun r = runProgram("nodedesk-layout " + in + " --time 0.3");
     ASSERT_EQ(r.code, 0) << r.out;
     EXPECT_NE(r.out.find("Transition:Dissolve"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("Clip-002"), std::string::npos);
     EXPECT_NE(r.out.find("Clip-003"), std::string::npos);
 
-    ProgramRun bad = run("nodedesk-layout " + otiotest::malformed("truncated.otio"));
+    ProgramRun bad = runProgram("nodedesk-layout " + otiotest::malformed("truncated.otio"));
     EXPECT_EQ(bad.code, 2);
     EXPECT_NE(bad.out.find("truncated.otio:6:1: expected a value"), std::string::npos) << bad.out;
 }

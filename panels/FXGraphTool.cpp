@@ -30,7 +30,6 @@ constexpr unsigned kLeftToRight = 11779;
 constexpr unsigned kBottomToTop = 11780;
 constexpr int kMinWidth = 470;
 constexpr int kMinHeight = 290;
-constexpr int kNoPosition = -1234;
 
 DLList makePanelList() {
     DLList list;

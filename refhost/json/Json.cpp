@@ -149,6 +149,20 @@ public:
     bool Double(double d) {
         if (!std::isfinite(d))
             return fault(stream_.Tell(), "number out of range");
+        // The exact reading goes wrong on a zero significand with an exponent ("0.000e300" came
+        // back as 6e290): a number whose digits are all zero is zero of its sign.
+        size_t at = stream_.Tell();
+        const bool negative = at < text_.size() && text_[at] == '-';
+        bool zero = true;
+        for (at += negative ? 1 : 0; at < text_.size() && text_[at] != 'e' && text_[at] != 'E'; ++at) {
+            const char c = text_[at];
+            if (c >= '1' && c <= '9')
+                zero = false;
+            else if (c != '0' && c != '.')
+                break;
+        }
+        if (zero)
+            d = negative ? -0.0 : 0.0;
         return add(Value::number(d), stream_.Tell());
     }
     bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }

@@ -10,6 +10,7 @@
 #include "host/Edit.h"
 #include "host/configb.h"
 #include "refhost/edit/EditFile.h"
+#include "refhost/json/Json.h"
 #include "refhost/stream/EditObjectStore.h"
 
 namespace {
@@ -52,6 +53,12 @@ TEST(FuzzRegressions, KeptInputsAreReadWithoutHarm) {
         EditPtr edit(new Edit);
         std::string error;
         unpackEditObject(*edit, "NodePosManager", bytes, error);
+    });
+    replay("fuzz-json", [](const std::string& text) {
+        json::Value v;
+        json::ParseError error;
+        if (!json::parse(text, v, error))
+            EXPECT_FALSE(error.message.empty());
     });
     replay("fuzz-configb", [](const std::string& text) {
         configb c;

@@ -208,3 +208,16 @@ TEST(Base64, RoundTripsEveryTailAndRefusesWhatIsNotWhole) {
          {"bm9kZWRlc2s", "bm9k ZWR", "bm9k@WRl", "QQ==QQ==", "A===", "=AAA", "bm9kZWRlc2s\n"})
         EXPECT_FALSE(base64Decode(bad, out)) << bad;
 }
+
+// A zero written with an exponent, however large or small, reads as zero of its sign: the exact
+// reading of numbers takes a zero significand down a path of its own.
+TEST(Json, ZerosWithExponentsReadAsZero) {
+    json::Value doc;
+    json::ParseError e;
+    ASSERT_TRUE(json::parse("[0e93, 0.000e300, -0e-400, 0E+0, 0.0e-5]", doc, e)) << e.message;
+    ASSERT_EQ(doc.items().size(), 5u);
+    for (const json::Value& v : doc.items())
+        EXPECT_EQ(v.asNumber(), 0.0);
+    EXPECT_TRUE(std::signbit(doc.items()[2].asNumber()));
+    EXPECT_FALSE(std::signbit(doc.items()[0].asNumber()));
+}
